@@ -1,0 +1,99 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <utility>
+#include <vector>
+
+#include "foundation/Error.h"
+#include "foundation/Text.h"
+
+namespace kolvane {
+
+// An insertion-ordered collection of items, each under a text key compared without regard to
+// ASCII case, reachable by key in constant time and by 1-based position. Errors as Visual Basic's
+// Collection: 457 for a duplicate key, 5 for a missing key, 9 for a position out of range.
+template <class T>
+class KeyedCollection {
+ public:
+  // Number of items.
+  int32_t Count() const { return static_cast<int32_t>(entries_.size()); }
+
+  // Adds item under key after the existing ones; error 457 when the key is taken.
+  void Add(const std::string& key, T item) {
+    auto [it, inserted] = index_.try_emplace(Fold(key), entries_.size());
+    if (!inserted) RaiseError(ErrorNumber::kDuplicateKey, key);
+    entries_.push_back({key, std::move(item)});
+  }
+
+  // The item under key; error 5 when there is none.
+  const T& Item(std::string_view key) const {
+    const T* item = Find(key);
+    if (item == nullptr) RaiseError(ErrorNumber::kInvalidProcedureCall, std::string(key));
+    return *item;
+  }
+
+  // The item at a 1-based position; error 9 when out of range.
+  const T& ItemAt(int32_t position) const { return entries_[Slot(position)].item; }
+
+  // The key of the item at a 1-based position; error 9 when out of range.
+  const std::string& KeyAt(int32_t position) const { return entries_[Slot(position)].key; }
+
+  // The item under key, or nullptr; never raises.
+  const T* Find(std::string_view key) const {
+    auto it = index_.find(Fold(key));
+    return it == index_.end() ? nullptr : &entries_[it->second].item;
+  }
+
+  // True when an item is stored under key.
+  bool Contains(std::string_view key) const { return index_.count(Fold(key)) != 0; }
+
+  // Removes the item under key; error 5 when there is none.
+  void Remove(std::string_view key) {
+    auto it = index_.find(Fold(key));
+    if (it == index_.end()) RaiseError(ErrorNumber::kInvalidProcedureCall, std::string(key));
+    Erase(it->second);
+  }
+
+  // Removes the item at a 1-based position; error 9 when out of range.
+  void RemoveAt(int32_t position) { Erase(Slot(position)); }
+
+  // Removes every item.
+  void Clear() {
+    entries_.clear();
+    index_.clear();
+  }
+
+  // Iteration over the items in insertion order (key and item).
+  struct Entry {
+    std::string key;
+    T item;
+  };
+  auto begin() const { return entries_.begin(); }
+  auto end() const { return entries_.end(); }
+
+ private:
+  static std::string Fold(std::string_view key) { return ToLower(key); }
+
+  size_t Slot(int32_t position) const {
+    if (position < 1 || position > Count()) {
+      RaiseError(ErrorNumber::kSubscriptOutOfRange, std::to_string(position));
+    }
+    return static_cast<size_t>(position - 1);
+  }
+
+  void Erase(size_t slot) {
+    index_.erase(Fold(entries_[slot].key));
+    entries_.erase(entries_.begin() + static_cast<std::ptrdiff_t>(slot));
+    for (auto& [key, position] : index_) {
+      if (position > slot) --position;
+    }
+  }
+
+  std::vector<Entry> entries_;
+  std::unordered_map<std::string, size_t> index_;
+};
+
+}  // namespace kolvane

@@ -1,0 +1,23 @@
+#pragma once
+
+#include <cstdint>
+#include <string_view>
+
+namespace kolvane {
+
+// The leading number of a text, read with "." as decimal point whatever the locale: leading
+// blanks skipped, optional sign, digits, optional fraction and exponent; the rest of the text is
+// ignored and a text without a leading number gives 0. Error 6 when the number is out of range.
+double LeadingNumber(std::string_view text);
+
+// The whole text as a number with "." as decimal point, surrounding blanks allowed.
+// Error 13 when the text is not a number, 6 when it is out of range.
+double ParseNumber(std::string_view text);
+
+// Rounds to the nearest 32-bit integer, ties to even; error 6 when out of range.
+int32_t RoundToInt32(double number);
+
+// Rounds to the nearest 16-bit integer, ties to even; error 6 when out of range.
+int16_t RoundToInt16(double number);
+
+}  // namespace kolvane

@@ -1,0 +1,91 @@
+#include "types/SnvtCatalogue.h"
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <unordered_map>
+
+#include "foundation/Globals.h"
+
+namespace kolvane::internal {
+
+namespace {
+
+constexpr std::string_view kTypePrefix = "SNVT_";
+
+struct CatalogueIndex {
+  // Held so that a replaced document cannot be freed, and its address reused, under the index.
+  std::shared_ptr<pugi::xml_document> document;
+  uint64_t generation = 0;
+  bool built = false;
+  // Every "SNVTS/SNVT_<id>" element, by identifier, in document order.
+  std::unordered_map<std::string, std::vector<pugi::xml_node>> types;
+  std::vector<std::string> identifiers;
+};
+
+thread_local CatalogueIndex index;
+
+void Build(CatalogueIndex& catalogue, const pugi::xml_document* document) {
+  catalogue.types.clear();
+  catalogue.identifiers.clear();
+  if (document == nullptr) return;
+  // Iterative pre-order walk: a deep document must not exhaust the stack.
+  pugi::xml_node node = document->first_child();
+  while (node) {
+    if (node.type() == pugi::node_element) {
+      std::string_view name = node.name();
+      if (name.substr(0, kTypePrefix.size()) == kTypePrefix &&
+          std::string_view(node.parent().name()) == "SNVTS") {
+        std::string id(name.substr(kTypePrefix.size()));
+        auto& matches = catalogue.types[id];
+        if (matches.empty()) catalogue.identifiers.push_back(id);
+        matches.push_back(node);
+      }
+    }
+    if (node.first_child()) {
+      node = node.first_child();
+      continue;
+    }
+    while (node && !node.next_sibling()) node = node.parent();
+    if (node) node = node.next_sibling();
+  }
+}
+
+const CatalogueIndex& Current() {
+  const auto& document = Globals::SnvtCatalogDocument;
+  const uint64_t generation = Globals::SnvtCatalogGeneration();
+  if (!index.built || index.document != document || index.generation != generation) {
+    Build(index, document.get());
+    index.document = document;
+    index.generation = generation;
+    index.built = true;
+  }
+  return index;
+}
+
+const std::vector<pugi::xml_node>* Matches(std::string_view identifier) {
+  const auto& types = Current().types;
+  auto it = types.find(std::string(identifier));
+  return it == types.end() ? nullptr : &it->second;
+}
+
+}  // namespace
+
+pugi::xml_node FindSnvtElement(std::string_view identifier) {
+  const auto* matches = Matches(identifier);
+  return matches ? matches->front() : pugi::xml_node();
+}
+
+pugi::xml_node FindSnvtChild(std::string_view identifier, std::string_view child) {
+  const auto* matches = Matches(identifier);
+  if (matches == nullptr) return {};
+  const std::string name(child);
+  for (pugi::xml_node type : *matches) {
+    if (pugi::xml_node found = type.child(name.c_str())) return found;
+  }
+  return {};
+}
+
+std::vector<std::string> SnvtIdentifiers() { return Current().identifiers; }
+
+}  // namespace kolvane::internal
