@@ -1,0 +1,32 @@
+#pragma once
+
+#include <ostream>
+#include <string>
+#include <vector>
+
+namespace kolvane::cli {
+
+// A plain-text table with a header row and aligned columns; UTF-8 aware.
+class Table {
+ public:
+  explicit Table(std::vector<std::string> header) : header_(std::move(header)) {}
+
+  // Adds a row; a row may carry an indented note printed on the lines below it.
+  void AddRow(std::vector<std::string> cells, std::string note = "");
+
+  // Writes the table; notes are wrapped at width columns.
+  void Print(std::ostream& out, size_t width = 100) const;
+
+ private:
+  struct Row {
+    std::vector<std::string> cells;
+    std::string note;
+  };
+  std::vector<std::string> header_;
+  std::vector<Row> rows_;
+};
+
+// Number of characters (code points) of a UTF-8 text.
+size_t DisplayWidth(const std::string& text);
+
+}  // namespace kolvane::cli

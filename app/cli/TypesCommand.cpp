@@ -1,0 +1,107 @@
+#include "TypesCommand.h"
+
+#include <unistd.h>
+
+#include <filesystem>
+#include <memory>
+
+#include "Table.h"
+#include "XmlFile.h"
+#include "foundation/Globals.h"
+#include "foundation/HostServices.h"
+#include "foundation/mXML.h"
+#include "types/CSNVTType.h"
+#include "types/SnvtCatalogue.h"
+
+namespace kolvane::cli {
+
+namespace {
+
+std::string Coefficients(const CSNVTType& type) {
+  if (type.ISNVType_LUIType() != "Numeric") return "";
+  return std::to_string(type.ISNVType_ACoef()) + "," + std::to_string(type.ISNVType_BCoef()) +
+         "," + std::to_string(type.ISNVType_CCoef());
+}
+
+std::string Range(const CSNVTType& type) {
+  if (type.ISNVType_Min().empty() && type.ISNVType_Max().empty()) return "";
+  return type.ISNVType_Min() + " .. " + type.ISNVType_Max();
+}
+
+// The states of an enumeration, or the fields of a structure as the catalogue lists them.
+std::string Note(const CSNVTType& type) {
+  std::string note;
+  if (type.ISNVType_GenType() == "Struct") {
+    for (pugi::xml_node field : internal::FindSnvtChild(type.ISNVType_ID(), "Fields").children()) {
+      if (field.type() != pugi::node_element) continue;
+      note += (note.empty() ? "" : " ") + std::string(mXML::BaseName(field)) + "(" +
+              field.child_value() + ")";
+    }
+    return note.empty() ? "" : "fields: " + note;
+  }
+  for (const std::string& state : type.StateTexts()) note += (note.empty() ? "" : " ") + state;
+  return note.empty() ? "" : "states: " + note;
+}
+
+// A structure's length comes from its fields, not from the catalogue.
+std::string Bytes(const CSNVTType& type) {
+  return type.ISNVType_GenType() == "Struct" ? "" : std::to_string(type.ISNVType_Length());
+}
+
+std::string ExecutableFolder() {
+  std::error_code ec;
+  const auto exe = std::filesystem::read_symlink("/proc/self/exe", ec);
+  return ec ? std::string() : exe.parent_path().string();
+}
+
+}  // namespace
+
+std::string BundledCatalogue() {
+  const std::filesystem::path installed =
+      std::filesystem::path(ExecutableFolder()) / ".." / "share" / "kolvane" / "snvts.xml";
+  std::error_code ec;
+  if (std::filesystem::is_regular_file(installed, ec)) return installed.lexically_normal();
+  return KOLVANE_SOURCE_CATALOGUE;
+}
+
+int RunTypes(const TypesOptions& options, std::ostream& out, std::ostream& err) {
+  const std::string path = options.catalogue.empty() ? BundledCatalogue() : options.catalogue;
+  auto document = std::make_shared<pugi::xml_document>();
+  const app::XmlLoadResult loaded = app::LoadXmlFile(path, *document, "SNVTS");
+  if (!loaded) {
+    err << "kolvane: error: " << loaded.description() << '\n';
+    return 1;
+  }
+  Globals::SetSnvtCatalogDocument(document);
+
+  // Catalogue problems found while reading types are reported, not fatal.
+  const MessageBoxHandler previous = SetMessageBoxHandler(
+      [&err](const std::string& text, int32_t, const std::string&) {
+        err << "kolvane: warning: " << text << '\n';
+        return vbOK;
+      });
+
+  int status = 0;
+  std::vector<std::string> ids = options.ids;
+  if (ids.empty()) ids = internal::SnvtIdentifiers();
+  Table table({"ID", "Kind", "Bytes", "A,B,C", "Range", "Invalid", "Unit", "BACnet unit"});
+  for (const std::string& id : ids) {
+    if (!internal::FindSnvtElement(id)) {
+      err << "kolvane: error: " << path << ": no type SNVT_" << id << '\n';
+      status = 1;
+      continue;
+    }
+    CSNVTType type;
+    type.Load(id);
+    table.AddRow({type.ISNVType_ID(), type.ISNVType_GenType(),
+                  Bytes(type), Coefficients(type), Range(type),
+                  type.ISNVType_InvalidValue(), type.ISNVType_Units(),
+                  type.ISNVType_BACnetUnits()},
+                 Note(type));
+  }
+  SetMessageBoxHandler(previous);
+  table.Print(out);
+  return status;
+}
+
+}  // namespace kolvane::cli
