@@ -5,16 +5,14 @@
 #include <gtest/gtest.h>
 #include <unistd.h>
 
-#include <cstdint>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
-#include <locale>
 #include <memory>
 #include <optional>
 #include <random>
-#include <stdexcept>
 #include <string>
+#include <tuple>
 #include <vector>
 
 #include <pugixml.hpp>
@@ -22,6 +20,7 @@
 #include "foundation/Error.h"
 #include "foundation/Globals.h"
 #include "foundation/HostServices.h"
+#include "types/CSNVTType.h"
 
 namespace kolvane::test {
 
@@ -30,126 +29,77 @@ template <class F>
 int32_t ErrorNumberOf(F&& f) {
   try {
     f();
-    return 0;
   } catch (const Error& e) {
     return e.number();
   } catch (...) {
     return -1;
   }
+  return 0;
 }
 
-// True when the decimal-comma locale the locale tests need exists.
-inline bool HasDecimalCommaLocale() {
-  try {
-    std::locale locale("de_DE.UTF-8");
-    return true;
-  } catch (const std::runtime_error&) {
-    return false;
-  }
-}
-inline constexpr char kMissingLocale[] =
-    "locale de_DE.UTF-8 is missing: run scripts/setup.sh to generate it";
+// Why a test that needs the decimal-comma locale fails without it.
+inline constexpr char kMissingLocale[] = "locale de_DE.UTF-8 is missing: run scripts/setup.sh";
 
-// Makes an XML text (or file) the type catalogue; the catalogue is dropped again on destruction.
-class ScopedCatalogue {
- public:
-  explicit ScopedCatalogue(const char* xml) { Use(document_->load_string(xml)); }
-  static ScopedCatalogue FromFile(const std::string& path) { return ScopedCatalogue(path, 0); }
-  ~ScopedCatalogue() { Globals::SetSnvtCatalogDocument(nullptr); }
-  ScopedCatalogue(const ScopedCatalogue&) = delete;
-  ScopedCatalogue& operator=(const ScopedCatalogue&) = delete;
-  pugi::xml_document& document() { return *document_; }
-  // Hands the document in again (after changing it in place).
-  void HandIn() { Globals::SetSnvtCatalogDocument(document_); }
-
- private:
-  ScopedCatalogue(const std::string& path, int) { Use(document_->load_file(path.c_str())); }
-  void Use(const pugi::xml_parse_result& result) {
+// Makes an XML text (or the file at that path), comments kept, the type catalogue while alive.
+struct ScopedCatalogue {
+  explicit ScopedCatalogue(const std::string& xml, bool is_path = false) {
+    const unsigned options = pugi::parse_default | pugi::parse_comments;
+    const auto result = is_path ? document->load_file(xml.c_str(), options)
+                                : document->load_string(xml.c_str(), options);
     EXPECT_TRUE(result) << result.description();
     HandIn();
   }
-  std::shared_ptr<pugi::xml_document> document_ = std::make_shared<pugi::xml_document>();
+  ~ScopedCatalogue() { Globals::SetSnvtCatalogDocument(nullptr); }
+  void HandIn() { Globals::SetSnvtCatalogDocument(document); }
+  const std::shared_ptr<pugi::xml_document> document = std::make_shared<pugi::xml_document>();
 };
 
-// Records every message box while alive, answering `answer`; puts the previous handler back.
-class MessageBoxRecorder {
- public:
-  struct Box {
-    std::string text;
-    int32_t style;
-    std::string title;
-  };
+// A type loaded from the catalogue.
+inline CSNVTType LoadedType(const std::string& identifier) {
+  CSNVTType type;
+  type.Load(identifier);
+  return type;
+}
+
+// Records the message boxes (text, style, title) shown while alive, answering `answer`.
+struct MessageBoxRecorder {
+  using Box = std::tuple<std::string, int32_t, std::string>;
   explicit MessageBoxRecorder(int32_t answer = vbOK)
-      : previous_(SetMessageBoxHandler([this, answer](const std::string& text, int32_t style,
-                                                      const std::string& title) {
-          boxes.push_back({text, style, title});
+      : previous(SetMessageBoxHandler([this, answer](auto& text, int32_t style, auto& title) {
+          boxes.emplace_back(text, style, title);
           return answer;
         })) {}
-  ~MessageBoxRecorder() { SetMessageBoxHandler(std::move(previous_)); }
-  MessageBoxRecorder(const MessageBoxRecorder&) = delete;
-  MessageBoxRecorder& operator=(const MessageBoxRecorder&) = delete;
-
+  ~MessageBoxRecorder() { SetMessageBoxHandler(std::move(previous)); }
   std::vector<Box> boxes;
-
- private:
-  MessageBoxHandler previous_;
+  MessageBoxHandler previous;
 };
 
-// A fresh folder under the system's temporary folder, removed with everything in it.
-class TempFolder {
- public:
-  TempFolder() {
-    std::random_device random;
-    path_ = std::filesystem::temp_directory_path() /
-            ("kolvane-test-" + std::to_string(getpid()) + "-" + std::to_string(random()));
-    std::filesystem::create_directories(path_);
-  }
+// A fresh folder under the temporary folder, removed with its contents.
+struct TempFolder {
+  TempFolder() { std::filesystem::create_directories(path); }
   ~TempFolder() {
     std::error_code ignored;
-    std::filesystem::remove_all(path_, ignored);
+    std::filesystem::remove_all(path, ignored);
   }
-  TempFolder(const TempFolder&) = delete;
-  TempFolder& operator=(const TempFolder&) = delete;
-
-  std::string path() const { return path_.string(); }
-
-  // Writes content to the file name in the folder, byte for byte; returns its path.
+  // Writes content byte for byte to the file name in the folder; returns its path.
   std::string Write(const std::string& name, const std::string& content) const {
-    const std::string file = (path_ / name).string();
-    std::ofstream(file, std::ios::binary) << content;
-    return file;
+    std::ofstream(path + "/" + name, std::ios::binary) << content;
+    return path + "/" + name;
   }
-
- private:
-  std::filesystem::path path_;
+  const std::string path =
+      std::filesystem::temp_directory_path() /
+      ("kolvane-test-" + std::to_string(getpid()) + "-" + std::to_string(std::random_device()()));
 };
 
-// Sets an environment variable while alive, then restores (or removes) it.
-class ScopedEnv {
- public:
-  ScopedEnv(const char* name, const char* value) : name_(name) {
-    if (const char* old = std::getenv(name)) saved_ = old;
+// Sets an environment variable while alive.
+struct ScopedEnv {
+  ScopedEnv(const char* name, const char* value) : name(name) {
+    if (const char* old = std::getenv(name)) saved = old;
     setenv(name, value, 1);
   }
-  ~ScopedEnv() {
-    if (saved_) setenv(name_.c_str(), saved_->c_str(), 1);
-    else unsetenv(name_.c_str());
-  }
-  ScopedEnv(const ScopedEnv&) = delete;
-  ScopedEnv& operator=(const ScopedEnv&) = delete;
-
- private:
-  std::string name_;
-  std::optional<std::string> saved_;
-};
-
-// Points ComponentFolder() at folder while alive.
-class ScopedComponentFolder {
- public:
-  explicit ScopedComponentFolder(const std::string& folder) { SetComponentFolder(folder); }
-  ~ScopedComponentFolder() { SetComponentFolder(""); }
-  ScopedComponentFolder(const ScopedComponentFolder&) = delete;
-  ScopedComponentFolder& operator=(const ScopedComponentFolder&) = delete;
+  ~ScopedEnv() { saved ? setenv(name.c_str(), saved->c_str(), 1) : unsetenv(name.c_str()); }
+  std::string name;
+  std::optional<std::string> saved;
 };
 
 }  // namespace kolvane::test

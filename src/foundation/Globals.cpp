@@ -45,6 +45,13 @@ struct IniSearch {
   std::string value;
 };
 
+// Names are matched without their surrounding blanks and tabs.
+std::string_view TrimSpace(std::string_view text) {
+  while (!text.empty() && (text.front() == ' ' || text.front() == '\t')) text.remove_prefix(1);
+  while (!text.empty() && (text.back() == ' ' || text.back() == '\t')) text.remove_suffix(1);
+  return text;
+}
+
 char* ReadLine(char* buffer, int size, void* stream) {
   auto* search = static_cast<IniSearch*>(stream);
   if (!std::getline(*search->in, search->raw_line)) return nullptr;
@@ -59,14 +66,11 @@ char* ReadLine(char* buffer, int size, void* stream) {
 
 int OnNameValue(void* user, const char* section, const char* /*name*/, const char* /*value*/) {
   auto* search = static_cast<IniSearch*>(user);
-  if (search->found || !EqualsNoCase(section, search->section)) return 1;
+  if (search->found || !EqualsNoCase(TrimSpace(section), search->section)) return 1;
   const std::string& line = search->raw_line;
   size_t equals = line.find('=');
   if (equals == std::string::npos) return 1;
-  std::string_view name = std::string_view(line).substr(0, equals);
-  while (!name.empty() && (name.front() == ' ' || name.front() == '\t')) name.remove_prefix(1);
-  while (!name.empty() && (name.back() == ' ' || name.back() == '\t')) name.remove_suffix(1);
-  if (!EqualsNoCase(name, search->key)) return 1;
+  if (!EqualsNoCase(TrimSpace(std::string_view(line).substr(0, equals)), search->key)) return 1;
   std::string value = line.substr(equals + 1);
   // A value in matching quotes is read without them.
   if (value.size() >= 2 && (value.front() == '"' || value.front() == '\'') &&

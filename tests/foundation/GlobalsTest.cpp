@@ -1,142 +1,88 @@
 #include "foundation/Globals.h"
 
+#include <locale>
+
 #include "../TestSupport.h"
 
 namespace kolvane {
 namespace {
 
-using Globals::GetIniValue;
-
 TEST(GlobalsTest, GetIniValueReadsValuesAsTheyStand) {
   test::TempFolder folder;
-  const std::string long300(300, 'x');
   std::string digits;
-  for (int i = 0; i < 5000; ++i) digits += static_cast<char>('0' + i % 10);
-  const std::string file = folder.Write(
-      "settings.ini",
-      "; leading comment\n"
-      "[Globals]\n"
-      "Plain=value\n"
-      "Blanks=  word  \n"
-      "Comment=  12  / trailing comment\n"
-      "NotFound=Not Found\n"
-      "Quoted=\"quoted value\"\n"
-      "Single='x'\n"
-      "Half=\"open\n"
-      "Semi=a;b ; c\n"
-      "Colon: 5\n"
-      "ColonEq=a:b\n"
-      "Empty=\n"
-      "Crlf=abc\r\n"
-      "Long=" + long300 + "\n"
-      "LongSlash=" + long300 + " / c\n"
-      "Max=" + digits.substr(0, 4095) + "\n"
-      "Over=" + digits.substr(0, 4096) + "\n"
-      "Huge=" + digits + "\n"
-      "After=still found\n"
-      "[OTHER]\n"
-      "plain=other\n");
-  const struct {
-    const char* section;
-    const char* key;
-    std::string value;
-  } cases[] = {{"Globals", "Plain", "value"},
-               {"GLOBALS", "pLAIN", "value"},
-               {"Globals", "Blanks", "  word  "},
-               {"Globals", "Comment", "12"},
-               {"Globals", "NotFound", ""},
-               {"Globals", "Quoted", "quoted value"},
-               {"Globals", "Single", "x"},
-               {"Globals", "Half", "\"open"},
-               {"Globals", "Semi", "a;b ; c"},
-               {"Globals", "Colon", ""},
-               {"Globals", "ColonEq", "a:b"},
-               {"Globals", "Empty", ""},
-               {"Globals", "Crlf", "abc"},
-               {"Globals", "Long", long300},
-               {"Globals", "LongSlash", long300},
-               {"Globals", "Max", digits.substr(0, 4095)},
-               {"Globals", "Over", digits.substr(0, 4095)},
-               {"Globals", "Huge", digits.substr(0, 4095)},
-               {"Globals", "After", "still found"},
-               {"Globals", "Missing", ""},
-               {"Other", "Plain", "other"},
-               {"Missing", "Plain", ""}};
-  for (const auto& c : cases) {
-    EXPECT_EQ(GetIniValue(file, c.section, c.key), c.value) << c.section << "/" << c.key;
+  for (int i = 0; i < 4096; ++i) digits += static_cast<char>('0' + i % 10);
+  const std::string x300(300, 'x'), d4095 = digits.substr(0, 4095);
+  // clang-format off
+  const std::string file = folder.Write("settings.ini",
+      "; comment\n[Globals]\nPlain=value\nBlanks=  word  \nComment=  12  / c\n"
+      "NotFound=Not Found\nQuoted=\"a b\"\nSingle='x'\nHalf=\"open\nSemi=a;b ; c\n"
+      "Colon: 5\nOdd:name=5\nPlain=later\nCrlf=abc\r\nLong=" + x300 + " / c\n"
+      "Max=" + d4095 + "\nOver=" + digits + "\nAfter=found\n[ OTHER ]\nplain=other\n"
+      "  Spaced\t =x\n");
+  const std::tuple<const char*, const char*, std::string> cases[] = {
+      {"GLOBALS", "pLAIN", "value"}, {"Globals", "Blanks", "  word  "}, {"Globals", "Comment", "12"},
+      {"Globals", "NotFound", ""},   {"Globals", "Quoted", "a b"},      {"Globals", "Single", "x"},
+      {"Globals", "Half", "\"open"}, {"Globals", "Semi", "a;b ; c"},    {"Globals", "Colon", ""},
+      {"Globals", "Odd", ""},        {"Globals", "Odd:name", "5"},      {"Globals", "Crlf", "abc"},
+      {"Globals", "Long", x300},     {"Globals", "Max", d4095},         {"Globals", "Over", d4095},
+      {"Globals", "After", "found"}, {"Globals", "Missing", ""},        {"Other", "Plain", "other"},
+      {"Other", "spaced", "x"},      {"Missing", "Plain", ""}};
+  // clang-format on
+  for (const auto& [section, key, value] : cases) {
+    EXPECT_EQ(Globals::GetIniValue(file, section, key), value) << section << "/" << key;
   }
-  EXPECT_EQ(GetIniValue(folder.path() + "/absent.ini", "Globals", "Plain"), "");
+  EXPECT_EQ(Globals::GetIniValue(folder.path + "/absent.ini", "Globals", "Plain"), "");
 }
 
 TEST(GlobalsTest, ReadSettingsTakesTheLeadingNumberOfCpSisdRequired) {
   test::TempFolder folder;
-  test::ScopedComponentFolder component(folder.path());
-  const struct {
-    const char* content;  // nullptr: no settings file
-    bool required;
-  } cases[] = {{"[Globals]\nCP_SISD_Required=1 / comment\n", true},
-               {"[Globals]\nOther=1\n", false},
-               {"[globals]\ncp_sisd_required= -2abc\n", true},
-               {nullptr, false},
-               {"[Globals]\nCP_SISD_Required=7\n", true},
-               {"[Globals]\nCP_SISD_Required=0\n", false},
-               {"[Globals]\nCP_SISD_Required=yes\n", false},
-               {"[Globals]\nCP_SISD_Required=1e999\n", false},
-               {"[Other]\nCP_SISD_Required=1\n", false}};
-  for (const auto& c : cases) {
-    std::filesystem::remove(folder.path() + "/profile.ini");
-    if (c.content) folder.Write("profile.ini", c.content);
-    Globals::CpSisdRequired = !c.required;
+  SetComponentFolder(folder.path);
+  const std::string key = "[globals]\ncp_sisd_required=";
+  const std::pair<std::optional<std::string>, bool> cases[] = {
+      // nullopt: no settings file
+      {key + "1 / comment", true}, {key + "0", false},    {key + " -2abc", true},
+      {std::nullopt, false},       {key + "7", true},     {"[Globals]\nOther=1", false},
+      {key + "yes", false},        {key + "1e999", false}};
+  for (const auto& [content, required] : cases) {
+    std::filesystem::remove(folder.path + "/profile.ini");
+    if (content) folder.Write("profile.ini", *content);
+    Globals::CpSisdRequired = !required;
     Globals::ReadSettings();
-    EXPECT_EQ(Globals::CpSisdRequired, c.required) << (c.content ? c.content : "no file");
-    EXPECT_EQ(Globals::IniFilePath, folder.path() + "/profile.ini");
+    EXPECT_EQ(Globals::CpSisdRequired, required) << content.value_or("no file");
+    EXPECT_EQ(Globals::IniFilePath, folder.path + "/profile.ini");
   }
+  SetComponentFolder("");
 }
 
-TEST(GlobalsTest, GetTokenSplitsAtEverySeparatorHit) {
-  const struct {
-    const char* text;
-    int32_t index;
-    const char* separator;
-    const char* token;
-  } cases[] = {{"a|b|c", 0, "|", "a"}, {"a|b|c", 1, "|", "b"},   {"a|b|c", 2, "|", "c"},
-               {"a|b|c", 3, "|", ""},  {"a|b|c", -1, "|", ""},  {"abc", 0, "|", ""},
-               {"abc", 1, "|", ""},    {"", 0, "|", ""},        {"", 1, "|", ""},
-               {"a||b", 1, "|", ""},   {"a||b", 2, "|", "b"},   {"|a", 0, "|", ""},
-               {"a::b::c", 0, "::", "a"}, {"a::b::c", 1, "::", ":b"}, {"a::b::c", 2, "::", ":c"}};
-  for (const auto& c : cases) {
-    EXPECT_EQ(Globals::GetToken(c.text, c.index, c.separator), c.token)
-        << c.text << " [" << c.index << "] " << c.separator;
+TEST(GlobalsTest, GetTokenAndByteToHex) {
+  // clang-format off
+  const std::tuple<const char*, int32_t, const char*, const char*> tokens[] = {
+      {"a|b|c", 0, "|", "a"}, {"a|b|c", 2, "|", "c"}, {"a|b|c", 3, "|", ""}, {"abc", 0, "|", ""},
+      {"", 1, "|", ""},       {"a||b", 1, "|", ""},   {"a||b", 2, "|", "b"},
+      {"a::b::c", 0, "::", "a"}, {"a::b::c", 1, "::", ":b"}, {"a:::b", 2, "::", ":b"}};
+  // clang-format on
+  for (const auto& [text, index, separator, token] : tokens) {
+    EXPECT_EQ(Globals::GetToken(text, index, separator), token) << text << " " << index;
   }
-}
-
-TEST(GlobalsTest, ByteToHexClampsHighValuesInTheCallersVariable) {
-  const struct {
-    int32_t in;
-    const char* hex;
-    int32_t after;
-  } cases[] = {{0, "00", 0},       {10, "0A", 10},    {16, "10", 16},  {255, "FF", 255},
-               {256, "FF", 255},   {300, "FF", 255},  {-1, "FF", -1},  {-2, "FE", -2},
-               {-256, "00", -256}, {INT32_MAX, "FF", 255}};
-  for (const auto& c : cases) {
-    int32_t value = c.in;
-    EXPECT_EQ(Globals::ByteToHex(value), c.hex) << c.in;
-    EXPECT_EQ(value, c.after) << c.in;
+  const std::tuple<int32_t, const char*, int32_t> bytes[] = {
+      {0, "00", 0},     {10, "0A", 10}, {255, "FF", 255}, {256, "FF", 255},
+      {300, "FF", 255}, {-1, "FF", -1}, {-2, "FE", -2},   {-256, "00", -256}};
+  for (const auto& [in, hex, after] : bytes) {
+    int32_t value = in;
+    EXPECT_EQ(Globals::ByteToHex(value), hex) << in;
+    EXPECT_EQ(value, after) << in;
   }
 }
 
 TEST(GlobalsTest, DetectDecimalSeparatorFollowsTheEnvironmentsLocale) {
-  ASSERT_TRUE(test::HasDecimalCommaLocale()) << test::kMissingLocale;
-  {
-    test::ScopedEnv env("LC_ALL", "de_DE.UTF-8");
+  ASSERT_NO_THROW(std::locale("de_DE.UTF-8")) << test::kMissingLocale;
+  for (const auto& [locale, decimal, alternate] :
+       {std::tuple{"de_DE.UTF-8", ",", "."}, std::tuple{"C", ".", ","}}) {
+    test::ScopedEnv env("LC_ALL", locale);
     Globals::DetectDecimalSeparator();
-    EXPECT_EQ(Globals::DecimalSeparator, ",");
-    EXPECT_EQ(Globals::AlternateSeparator, ".");
+    EXPECT_EQ(Globals::DecimalSeparator, decimal) << locale;
+    EXPECT_EQ(Globals::AlternateSeparator, alternate) << locale;
   }
-  test::ScopedEnv env("LC_ALL", "C");
-  Globals::DetectDecimalSeparator();
-  EXPECT_EQ(Globals::DecimalSeparator, ".");
-  EXPECT_EQ(Globals::AlternateSeparator, ",");
 }
 
 }  // namespace
