@@ -1,13 +1,7 @@
-#include "TypesCommand.h"
+#include "Commands.h"
 
-#include <unistd.h>
-
-#include <filesystem>
-#include <memory>
-
+#include "Documents.h"
 #include "Table.h"
-#include "XmlFile.h"
-#include "foundation/Globals.h"
 #include "foundation/HostServices.h"
 #include "foundation/mXML.h"
 #include "types/CSNVTType.h"
@@ -48,31 +42,11 @@ std::string Bytes(const CSNVTType& type) {
   return type.ISNVType_GenType() == "Struct" ? "" : std::to_string(type.ISNVType_Length());
 }
 
-std::string ExecutableFolder() {
-  std::error_code ec;
-  const auto exe = std::filesystem::read_symlink("/proc/self/exe", ec);
-  return ec ? std::string() : exe.parent_path().string();
-}
-
 }  // namespace
 
-std::string BundledCatalogue() {
-  const std::filesystem::path installed =
-      std::filesystem::path(ExecutableFolder()) / ".." / "share" / "kolvane" / "snvts.xml";
-  std::error_code ec;
-  if (std::filesystem::is_regular_file(installed, ec)) return installed.lexically_normal();
-  return KOLVANE_SOURCE_CATALOGUE;
-}
-
 int RunTypes(const TypesOptions& options, std::ostream& out, std::ostream& err) {
-  const std::string path = options.catalogue.empty() ? BundledCatalogue() : options.catalogue;
-  auto document = std::make_shared<pugi::xml_document>();
-  const app::XmlLoadResult loaded = app::LoadXmlFile(path, *document, "SNVTS");
-  if (!loaded) {
-    err << "kolvane: error: " << loaded.description() << '\n';
-    return 1;
-  }
-  Globals::SetSnvtCatalogDocument(document);
+  if (!UseCatalogue(options.catalogue, err)) return 1;
+  const std::string path = DocumentPath(options.catalogue, "snvts.xml");
 
   // Catalogue problems found while reading types are reported, not fatal.
   const MessageBoxHandler previous = SetMessageBoxHandler(

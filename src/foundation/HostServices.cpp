@@ -9,6 +9,7 @@
 
 #include "foundation/Error.h"
 #include "foundation/Text.h"
+#include "host/BuiltInComponents.h"
 
 namespace kolvane {
 
@@ -37,7 +38,13 @@ PointerHandler& PointerSlot() {
 }
 
 std::unordered_map<std::string, ClassFactory>& Registry() {
-  static std::unordered_map<std::string, ClassFactory> registry;
+  static std::unordered_map<std::string, ClassFactory> registry = [] {
+    std::unordered_map<std::string, ClassFactory> built_in;
+    for (auto& [prog_id, factory] : internal::BuiltInComponents()) {
+      built_in[ToLower(prog_id)] = std::move(factory);
+    }
+    return built_in;
+  }();
   return registry;
 }
 

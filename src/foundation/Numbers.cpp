@@ -3,6 +3,7 @@
 #include <cerrno>
 #include <clocale>
 #include <cmath>
+#include <cstdio>
 #include <cstdlib>
 #include <limits>
 #include <string>
@@ -68,7 +69,10 @@ Int RoundTo(double number) {
   if (std::abs(number - std::trunc(number)) == 0.5) rounded = 2.0 * std::round(number / 2.0);
   if (!(rounded >= static_cast<double>(std::numeric_limits<Int>::min()) &&
         rounded <= static_cast<double>(std::numeric_limits<Int>::max()))) {
-    RaiseError(ErrorNumber::kOverflow);
+    char detail[64];
+    std::snprintf(detail, sizeof detail, "%.15G does not fit %d bits", number,
+                  static_cast<int>(8 * sizeof(Int)));
+    RaiseError(ErrorNumber::kOverflow, detail);
   }
   return static_cast<Int>(rounded);
 }
@@ -76,20 +80,33 @@ Int RoundTo(double number) {
 }  // namespace
 
 double LeadingNumber(std::string_view text) {
-  text = SkipBlanks(text);
-  size_t length = NumberPrefixLength(text);
+  std::string compact;
+  for (char c : text) {
+    if (!IsBlank(c)) compact += c;
+  }
+  const size_t length = NumberPrefixLength(compact);
   if (length == 0) return 0.0;
-  return ConvertNumber(text.substr(0, length));
+  return ConvertNumber(std::string_view(compact).substr(0, length));
 }
 
-double ParseNumber(std::string_view text) {
+double ParseNumber(std::string_view text, char decimal_point) {
   text = SkipBlanks(text);
   while (!text.empty() && IsBlank(text.back())) text.remove_suffix(1);
-  size_t length = NumberPrefixLength(text);
-  if (length == 0 || length != text.size()) {
+  std::string number(text);
+  if (decimal_point != '.') {
+    // The invariant point is no decimal point here.
+    if (number.find('.') != std::string::npos) {
+      RaiseError(ErrorNumber::kTypeMismatch, "\"" + number + "\" is not a number");
+    }
+    for (char& c : number) {
+      if (c == decimal_point) c = '.';
+    }
+  }
+  const size_t length = NumberPrefixLength(number);
+  if (length == 0 || length != number.size()) {
     RaiseError(ErrorNumber::kTypeMismatch, "\"" + std::string(text) + "\" is not a number");
   }
-  return ConvertNumber(text);
+  return ConvertNumber(number);
 }
 
 int32_t RoundToInt32(double number) { return RoundTo<int32_t>(number); }

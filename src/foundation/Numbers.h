@@ -5,14 +5,15 @@
 
 namespace kolvane {
 
-// The leading number of a text, read with "." as decimal point whatever the locale: leading
-// blanks skipped, optional sign, digits, optional fraction and exponent; the rest of the text is
-// ignored and a text without a leading number gives 0. Error 6 when the number is out of range.
+// The leading number of a text, read with "." as decimal point whatever the locale, as Visual
+// Basic's Val: blanks, tabs and line breaks are skipped wherever they stand ("1 2" is 12), then
+// optional sign, digits, optional fraction and exponent; the rest of the text is ignored and a
+// text without a leading number gives 0. Error 6 when the number is out of range.
 double LeadingNumber(std::string_view text);
 
-// The whole text as a number with "." as decimal point, surrounding blanks allowed.
+// The whole text as a number with decimal_point as decimal point, surrounding blanks allowed.
 // Error 13 when the text is not a number, 6 when it is out of range.
-double ParseNumber(std::string_view text);
+double ParseNumber(std::string_view text, char decimal_point = '.');
 
 // Rounds to the nearest 32-bit integer, ties to even; error 6 when out of range.
 int32_t RoundToInt32(double number);

@@ -6,6 +6,8 @@
 #include <unordered_map>
 
 #include "foundation/Globals.h"
+#include "foundation/KeyedCollection.h"
+#include "foundation/Text.h"
 
 namespace kolvane::internal {
 
@@ -21,6 +23,9 @@ struct CatalogueIndex {
   // Every "SNVTS/SNVT_<id>" element, by identifier, in document order.
   std::unordered_map<std::string, std::vector<pugi::xml_node>> types;
   std::vector<std::string> identifiers;
+  // State name -> value text, built on the first state lookup.
+  bool states_built = false;
+  KeyedCollection<std::string> states;
 };
 
 thread_local CatalogueIndex index;
@@ -28,6 +33,8 @@ thread_local CatalogueIndex index;
 void Build(CatalogueIndex& catalogue, const pugi::xml_document* document) {
   catalogue.types.clear();
   catalogue.identifiers.clear();
+  catalogue.states_built = false;
+  catalogue.states.Clear();
   if (document == nullptr) return;
   // Iterative pre-order walk: a deep document must not exhaust the stack.
   pugi::xml_node node = document->first_child();
@@ -51,7 +58,7 @@ void Build(CatalogueIndex& catalogue, const pugi::xml_document* document) {
   }
 }
 
-const CatalogueIndex& Current() {
+CatalogueIndex& Current() {
   const auto& document = Globals::SnvtCatalogDocument;
   const uint64_t generation = Globals::SnvtCatalogGeneration();
   if (!index.built || index.document != document || index.generation != generation) {
@@ -87,5 +94,30 @@ pugi::xml_node FindSnvtChild(std::string_view identifier, std::string_view child
 }
 
 std::vector<std::string> SnvtIdentifiers() { return Current().identifiers; }
+
+std::string SnvtChildText(std::string_view identifier, std::string_view upper_name) {
+  for (pugi::xml_node child : FindSnvtElement(identifier).children()) {
+    if (child.type() != pugi::node_comment && ToUpper(child.name()) == upper_name) {
+      return child.text().get();
+    }
+  }
+  return "";
+}
+
+const std::string* FindStateValue(std::string_view name) {
+  CatalogueIndex& catalogue = Current();
+  if (!catalogue.states_built) {
+    for (const std::string& id : catalogue.identifiers) {
+      for (pugi::xml_node state : FindSnvtChild(id, "Enums").children()) {
+        if (state.type() != pugi::node_element || catalogue.states.Contains(state.name())) {
+          continue;
+        }
+        catalogue.states.Add(state.name(), state.text().get());
+      }
+    }
+    catalogue.states_built = true;
+  }
+  return catalogue.states.Find(name);
+}
 
 }  // namespace kolvane::internal

@@ -20,4 +20,12 @@ pugi::xml_node FindSnvtChild(std::string_view identifier, std::string_view child
 // The identifiers of the catalogue's types, in document order, each once.
 std::vector<std::string> SnvtIdentifiers();
 
+// The text of the first child of the "SNVTS/SNVT_" + identifier element whose name, upper-cased,
+// is upper_name (comments skipped); empty when there is none.
+std::string SnvtChildText(std::string_view identifier, std::string_view upper_name);
+
+// The value text of the enumeration state called name (without regard to case): the first such
+// state of the catalogue in document order; nullptr when no enumeration has it.
+const std::string* FindStateValue(std::string_view name);
+
 }  // namespace kolvane::internal

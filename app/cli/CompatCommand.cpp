@@ -1,0 +1,37 @@
+#include "Commands.h"
+#include "Documents.h"
+#include "types/NvoTable.h"
+#include "types/SnvtCatalogue.h"
+
+namespace kolvane::cli {
+
+namespace {
+
+std::string Readable(const std::string& list) {
+  if (list.empty()) return "(none)";
+  std::string text = list;
+  for (size_t at = text.find(','); at != std::string::npos; at = text.find(',', at + 2)) {
+    text.replace(at, 1, ", ");
+  }
+  return text;
+}
+
+}  // namespace
+
+int RunCompat(const CompatOptions& options, std::ostream& out, std::ostream& err) {
+  if (!UseCatalogue(options.catalogue, err)) return 1;
+  const auto table_document = ReadDocument(options.table, "nvotable.xml", "NVOTable", err);
+  if (!table_document) return 1;
+  if (!internal::FindSnvtElement(options.type)) {
+    err << "kolvane: error: no type SNVT_" << options.type << " in the catalogue\n";
+    return 1;
+  }
+  const internal::NvoTable table(*table_document);
+  out << "Outputs an input of SNVT_" << options.type
+      << " connects to: " << Readable(table.OutputsListing(options.type)) << '\n';
+  out << "Inputs an output of SNVT_" << options.type
+      << " connects to: " << Readable(table.CompatibleTypes(options.type)) << '\n';
+  return 0;
+}
+
+}  // namespace kolvane::cli

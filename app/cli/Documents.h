@@ -1,0 +1,27 @@
+#pragma once
+
+#include <memory>
+#include <ostream>
+#include <string>
+
+#include <pugixml.hpp>
+
+namespace kolvane::cli {
+
+// A bundled example file (snvts.xml, nvotable.xml): installed beside the tool, else the one in
+// the source tree.
+std::string BundledExample(const std::string& file_name);
+
+// Reads an XML document whose root element must be root; prints one error line on err and
+// returns nullptr when it cannot. An empty path reads the bundled example default_file.
+std::shared_ptr<pugi::xml_document> ReadDocument(const std::string& path,
+                                                 const std::string& default_file,
+                                                 const std::string& root, std::ostream& err);
+
+// Reads the type catalogue (the bundled one when path is empty) and hands it to the library.
+bool UseCatalogue(const std::string& path, std::ostream& err);
+
+// The path ReadDocument reads for path and default_file.
+std::string DocumentPath(const std::string& path, const std::string& default_file);
+
+}  // namespace kolvane::cli

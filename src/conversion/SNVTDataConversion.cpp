@@ -1,0 +1,199 @@
+#include "conversion/SNVTDataConversion.h"
+
+#include <cfloat>
+#include <cmath>
+#include <cstdio>
+#include <cstring>
+#include <memory>
+
+#include "foundation/Characters.h"
+#include "foundation/ContinueOnError.h"
+#include "foundation/Error.h"
+#include "foundation/Globals.h"
+#include "foundation/HostServices.h"
+#include "foundation/Numbers.h"
+#include "interfaces/IUtility.h"
+
+namespace kolvane::SNVTDataConversion {
+
+namespace {
+
+constexpr char kUtilityProgId[] = "Moraface.Utility";
+
+// A number text as the conversion reads it: with the locale's rules when the user's decimal
+// separator is not ".", else as the leading number.
+double ReadNumber(const std::string& text) {
+  const std::string& separator = Globals::DecimalSeparator;
+  if (separator != "." && separator.size() == 1) return ParseNumber(text, separator[0]);
+  return LeadingNumber(text);
+}
+
+// A number kept in single precision, as text: up to 7 significant digits, the user's decimal
+// separator. Error 6 when it is beyond single precision's range.
+std::string SingleToText(double number) {
+  if (!std::isfinite(number) || std::fabs(number) > FLT_MAX) RaiseError(ErrorNumber::kOverflow);
+  char buffer[32];
+  std::snprintf(buffer, sizeof buffer, "%.7G", static_cast<double>(static_cast<float>(number)));
+  std::string text = buffer;
+  if (const size_t point = text.find('.'); point != std::string::npos) {
+    text.replace(point, 1, Globals::DecimalSeparator);
+  }
+  return text;
+}
+
+void AppendByte(std::string& out, int32_t value) { out += Globals::ByteToHex(value); }
+
+// Hex digits of count bytes of a number of a numeric or bit-field kind.
+void AppendInteger(std::string& out, double number, int32_t count, const std::string& kind) {
+  switch (count) {
+    case 1:
+      AppendByte(out, RoundToInt32(number));
+      break;
+    case 2:
+      if (kind == "SignedNumeric") {
+        const int16_t n = RoundToInt16(number);
+        std::array<uint8_t, 32> memory{};
+        std::array<uint8_t, 32> swapped{};
+        std::memcpy(memory.data(), &n, sizeof n);
+        SwapBytePairs(memory, swapped);
+        // The pair in memory order, swapped, comes out most significant first.
+        AppendByte(out, swapped[0]);
+        AppendByte(out, swapped[1]);
+      } else {
+        const int32_t n = RoundToInt32(number);
+        const int32_t high = n / 256;
+        const int32_t low = n - high * 256;
+        AppendByte(out, high);
+        if (low < 0) {
+          RaiseError(ErrorNumber::kInvalidProcedureCall,
+                     std::to_string(n) + " has a negative low byte");
+        }
+        AppendByte(out, low);
+      }
+      break;
+    case 4: {
+      const auto n = static_cast<uint32_t>(RoundToInt32(number));
+      for (int shift = 24; shift >= 0; shift -= 8) {
+        AppendByte(out, static_cast<int32_t>((n >> shift) & 0xFF));
+      }
+      break;
+    }
+    default:
+      break;
+  }
+}
+
+void AppendFloat(std::string& out, double number) {
+  if (std::isfinite(number) && std::fabs(number) > FLT_MAX) RaiseError(ErrorNumber::kOverflow);
+  const auto single = static_cast<float>(number);
+  uint32_t bits = 0;
+  std::memcpy(&bits, &single, sizeof bits);
+  for (int shift = 24; shift >= 0; shift -= 8) {
+    AppendByte(out, static_cast<int32_t>((bits >> shift) & 0xFF));
+  }
+}
+
+// NumberToHexBytes, raising the error it meets.
+void AppendHexBytes(std::string& out, const std::string& text, int32_t count,
+                    const std::string& kind) {
+  if (count < 0 || count > 255) RaiseError(ErrorNumber::kOverflow, "byte count");
+  double number = 0;
+  ContinueOnError([&] { number = ReadNumber(text); });
+  if (kind == "Textual") {
+    for (unsigned char code : AnsiCodes(text)) AppendByte(out, code);
+  } else if (kind == "SignedNumeric" || kind == "UnsignedNumeric" || kind == "Bitfield") {
+    AppendInteger(out, number, count, kind);
+  } else if (kind == "Float") {
+    AppendFloat(out, number);
+  } else if (kind == "Enum") {
+    AppendByte(out, RoundToInt32(number));
+  }
+}
+
+}  // namespace
+
+std::string LocalizeNumber(const std::string& text) {
+  size_t cut = text.find('.');
+  if (cut == std::string::npos) cut = text.find(',');
+  if (cut == std::string::npos) return text;
+  return text.substr(0, cut) + Globals::DecimalSeparator + text.substr(cut + 1);
+}
+
+std::string NormalizeDecimal(const std::string& text) { return LocalizeNumber(text); }
+
+std::string EnumStateName(const std::string& value, const std::string& description) {
+  std::string_view rest = description;
+  for (;;) {
+    const size_t comma = rest.find(',');
+    const size_t semicolon = rest.find(';');
+    if (comma != std::string_view::npos && rest.substr(0, comma) == value) {
+      if (semicolon == std::string_view::npos || semicolon < comma) return "";
+      return std::string(rest.substr(comma + 1, semicolon - comma - 1));
+    }
+    if (semicolon == std::string_view::npos) return "";
+    rest.remove_prefix(semicolon + 1);
+  }
+}
+
+void SwapBytePairs(const std::array<uint8_t, 32>& source, std::array<uint8_t, 32>& destination) {
+  for (size_t i = 0; i < source.size(); i += 2) {
+    destination[i] = source[i + 1];
+    destination[i + 1] = source[i];
+  }
+}
+
+std::string NumberToHexBytes(const std::string& text, int32_t count, const std::string& kind) {
+  std::string out;
+  ContinueOnError([&] { AppendHexBytes(out, text, count, kind); });
+  return out;
+}
+
+std::string ValueToRaw(const std::string& value, const std::string& kind, int32_t length,
+                       int16_t a, int16_t b, int16_t c) {
+  std::string raw;
+  ContinueOnError([&] { internal::AppendValueToRaw(raw, value, kind, length, a, b, c); });
+  return raw;
+}
+
+void internal::AppendValueToRaw(std::string& raw, const std::string& value,
+                                const std::string& kind, int32_t length, int16_t a, int16_t b,
+                                int16_t c) {
+  if (kind == "Textual") {
+    if (length < 1) RaiseError(ErrorNumber::kInvalidProcedureCall, "text length");
+    const auto room = static_cast<size_t>(length - 1);
+    std::string text(LeftCharacters(value, room));
+    text.append(room - CharacterCount(text), ' ');
+    AppendHexBytes(raw, text, length - 1, kind);
+    raw += "00";
+  } else if (kind == "SignedNumeric" || kind == "UnsignedNumeric") {
+    if (value == "Invalid") {
+      if (kind == "SignedNumeric") {
+        raw += length == 1 ? "7F" : "7FFF";
+      } else {
+        raw += length == 1 ? "FF" : "FFFF";
+      }
+      return;
+    }
+    std::string scaled = "0";
+    if (a != 0) {
+      const double number = ReadNumber(NormalizeDecimal(value.empty() ? "0" : value));
+      const double raw_number = number * std::pow(10.0, -b) / a - c;
+      scaled = SingleToText(raw_number);
+    }
+    AppendHexBytes(raw, scaled, length, kind);
+  } else if (kind == "Float") {
+    if (value.empty() || value == "Invalid") {
+      raw += "7F810000";
+      return;
+    }
+    AppendHexBytes(raw, NormalizeDecimal(value), 4, kind);
+  } else if (kind == "Enum") {
+    auto utility = std::dynamic_pointer_cast<IUtility>(CreateObject(kUtilityProgId));
+    if (!utility) RaiseError(ErrorNumber::kTypeMismatch, kUtilityProgId);
+    AppendHexBytes(raw, std::to_string(utility->EnumStateNumber(value)), 1, kind);
+  } else {
+    AppendHexBytes(raw, NormalizeDecimal(value), length, kind);
+  }
+}
+
+}  // namespace kolvane::SNVTDataConversion

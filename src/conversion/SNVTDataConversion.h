@@ -1,0 +1,43 @@
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <string>
+
+// Value texts to the raw bytes a device holds, written as upper-case hexadecimal text (two digits
+// per byte, most significant first), and the decimal-separator handling of number texts. No state
+// of its own; reads Globals::DecimalSeparator. Not visible to a host.
+namespace kolvane::SNVTDataConversion {
+
+// A number text with its first "." (or, without one, its first ",") made the user's decimal
+// separator; a text with neither is returned as it is. For values read from documents.
+std::string NormalizeDecimal(const std::string& text);
+
+// The same transformation, for number texts shown to the user.
+std::string LocalizeNumber(const std::string& text);
+
+// The name of the state whose value text is value in an enumeration description
+// ("0,OFF;1,ON;"); empty when there is none.
+std::string EnumStateName(const std::string& value, const std::string& description);
+
+// The raw hexadecimal text of a value of a type of kind, length bytes and scaling A, B, C
+// (value = A * 10^B * (raw + C)). Never raises: on an error it returns what it had built.
+std::string ValueToRaw(const std::string& value, const std::string& kind, int32_t length,
+                       int16_t a, int16_t b, int16_t c);
+
+// The hexadecimal bytes of a number text (count bytes of a numeric or bit-field kind, 4 for
+// "Float", 1 for "Enum") or of a text's characters ("Textual"). Never raises: an unreadable
+// number counts as 0, and an error returns what was built.
+std::string NumberToHexBytes(const std::string& text, int32_t count, const std::string& kind);
+
+// Copies source to destination exchanging bytes i and i+1 for every even i.
+void SwapBytePairs(const std::array<uint8_t, 32>& source, std::array<uint8_t, 32>& destination);
+
+namespace internal {
+
+// ValueToRaw that raises the error it meets; raw holds what was built until then.
+void AppendValueToRaw(std::string& raw, const std::string& value, const std::string& kind,
+                      int32_t length, int16_t a, int16_t b, int16_t c);
+
+}  // namespace internal
+}  // namespace kolvane::SNVTDataConversion

@@ -1,0 +1,22 @@
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+#include <vector>
+
+// Characters of UTF-8 texts: counting, cutting, and their codes in the Windows-1252 ("ANSI")
+// code page that device texts use.
+namespace kolvane {
+
+// Number of characters (code points) of a UTF-8 text; each invalid byte counts as one.
+size_t CharacterCount(std::string_view text);
+
+// The first count characters of a UTF-8 text.
+std::string_view LeftCharacters(std::string_view text, size_t count);
+
+// The Windows-1252 code of each character of a UTF-8 text; "?" (63) for a character the code
+// page lacks and for each invalid byte.
+std::vector<unsigned char> AnsiCodes(std::string_view text);
+
+}  // namespace kolvane

@@ -1,0 +1,79 @@
+#include "types/CNVOCompatibleSNVTs.h"
+
+#include "foundation/Error.h"
+#include "foundation/Globals.h"
+#include "foundation/HostServices.h"
+#include "interfaces/IUtility.h"
+#include "types/CNVOCompatibleSNVT.h"
+
+namespace kolvane {
+
+int32_t CNVOCompatibleSNVTs::ICompatibleSNVTs_Count() const { return entries_.Count(); }
+
+std::shared_ptr<ICompatibleSNVT> CNVOCompatibleSNVTs::ICompatibleSNVTs_Item(
+    int32_t position) const {
+  if (position < 1 || position > entries_.Count()) return nullptr;
+  return entries_.ItemAt(position);
+}
+
+std::vector<std::shared_ptr<ICompatibleSNVT>> CNVOCompatibleSNVTs::ICompatibleSNVTs_NewEnum()
+    const {
+  std::vector<std::shared_ptr<ICompatibleSNVT>> entries;
+  entries.reserve(static_cast<size_t>(entries_.Count()));
+  for (const auto& entry : entries_) entries.push_back(entry.item);
+  return entries;
+}
+
+void CNVOCompatibleSNVTs::ICompatibleSNVTs_Add(const std::string& text) { AddList(text); }
+
+void CNVOCompatibleSNVTs::ICompatibleSNVTs_Remove(const std::string& id) { entries_.Remove(id); }
+
+bool CNVOCompatibleSNVTs::ICompatibleSNVTs_Exists(const std::string& id) const {
+  return entries_.Contains(id);
+}
+
+std::shared_ptr<ICompatibleSNVTs> CNVOCompatibleSNVTs::ICompatibleSNVTs_Merge(
+    const std::shared_ptr<ICompatibleSNVTs>& other) const {
+  if (!other) RaiseError(ErrorNumber::kObjectNotSet, "no list to merge with");
+  auto merged = std::make_shared<CNVOCompatibleSNVTs>();
+  for (const auto& entry : other->ICompatibleSNVTs_NewEnum()) {
+    const std::string id = entry->ICompatibleSNVT_ID();
+    if (ICompatibleSNVTs_Exists(id)) merged->AddEntry(id);
+  }
+  return merged;
+}
+
+std::string CNVOCompatibleSNVTs::ICompatibleSNVTs_ToString() const {
+  auto utility = std::dynamic_pointer_cast<IUtility>(CreateObject("Moraface.Utility"));
+  if (!utility) RaiseError(ErrorNumber::kTypeMismatch, "Moraface.Utility");
+  return utility->CompatibleListText(*this);
+}
+
+std::shared_ptr<IUnknown> CNVOCompatibleSNVTs::IClonable_Clone() const {
+  auto clone = std::make_shared<CNVOCompatibleSNVTs>();
+  for (const auto& entry : entries_) clone->AddEntry(entry.item->ICompatibleSNVT_ID());
+  return clone;
+}
+
+void CNVOCompatibleSNVTs::AddList(const std::string& text) {
+  if (text.empty()) return;
+  if (text.find(',') == std::string::npos) {
+    AddEntry(text);
+    return;
+  }
+  for (int32_t index = 0;; ++index) {
+    DoEvents();
+    const std::string token = Globals::GetToken(text, index, ",");
+    if (token.empty()) break;
+    AddEntry(token);
+  }
+}
+
+void CNVOCompatibleSNVTs::AddEntry(const std::string& id) {
+  if (entries_.Contains(id)) return;
+  auto entry = std::make_shared<CNVOCompatibleSNVT>();
+  entry->SetID(id);
+  entries_.Add(id, entry);
+}
+
+}  // namespace kolvane
