@@ -20,6 +20,7 @@
 #include "foundation/Error.h"
 #include "foundation/Globals.h"
 #include "foundation/HostServices.h"
+#include "host/BuiltInComponents.h"
 #include "types/CSNVTType.h"
 
 namespace kolvane::test {
@@ -100,6 +101,44 @@ struct ScopedEnv {
   ~ScopedEnv() { saved ? setenv(name.c_str(), saved->c_str(), 1) : unsetenv(name.c_str()); }
   std::string name;
   std::optional<std::string> saved;
+};
+
+// Makes separator the user's decimal separator (and the other one the alternate) while alive.
+struct ScopedDecimalSeparator {
+  explicit ScopedDecimalSeparator(const std::string& separator)
+      : decimal(Globals::DecimalSeparator), alternate(Globals::AlternateSeparator) {
+    Globals::DecimalSeparator = separator;
+    Globals::AlternateSeparator = separator == "," ? "." : ",";
+  }
+  ~ScopedDecimalSeparator() {
+    Globals::DecimalSeparator = decimal;
+    Globals::AlternateSeparator = alternate;
+  }
+  std::string decimal, alternate;
+};
+
+// Registers factory under progId (an empty one unregisters it) while alive; afterwards the
+// built-in component of that ProgID is registered again, or none when it has no built-in.
+struct ScopedComponent {
+  ScopedComponent(std::string id, ClassFactory factory) : progId(std::move(id)) {
+    RegisterClass(progId, std::move(factory));
+  }
+  ~ScopedComponent() {
+    ClassFactory built_in;
+    for (auto& [id, factory] : internal::BuiltInComponents()) {
+      if (id == progId) built_in = factory;
+    }
+    RegisterClass(progId, built_in);
+  }
+  std::string progId;
+};
+
+// Counts the yields to the host while alive.
+struct YieldCounter {
+  YieldCounter() : previous(SetYieldHandler([this] { ++count; })) {}
+  ~YieldCounter() { SetYieldHandler(std::move(previous)); }
+  int count = 0;
+  YieldHandler previous;
 };
 
 }  // namespace kolvane::test

@@ -1,20 +1,20 @@
 #include "host/CUtility.h"
 
 #include <cmath>
+#include <optional>
 
 #include "foundation/Error.h"
 #include "foundation/Numbers.h"
 #include "foundation/Text.h"
 #include "conversion/SNVTDataConversion.h"
 #include "types/CSNVTType.h"
+#include "types/StructureDepth.h"
 #include "types/SnvtCatalogue.h"
 
 namespace kolvane {
 
 namespace {
 
-// Nested structures deeper than this are taken for a catalogue that contains itself.
-constexpr int kMaxStructureDepth = 32;
 
 // Splits text at every depth-0 occurrence of gap (runs of blanks when gap is " ").
 std::vector<std::string> SplitAtDepthZero(std::string_view text, std::string_view gap) {
@@ -64,23 +64,24 @@ std::string EnumerationDefault(const CSNVTType& type, const std::string& declare
   return desc.substr(comma + 1, semicolon - comma - 1);
 }
 
-std::string NumericDefault(const CSNVTType& type) {
-  double low = 0;
-  double high = 0;
+// A limit of the type as a number, or nothing when it is missing or unreadable.
+std::optional<double> Limit(const std::string& text) {
   try {
-    low = ParseNumber(type.ISNVType_Min());
-    high = ParseNumber(type.ISNVType_Max());
+    return ParseNumber(text);
   } catch (const Error&) {
-    return "0";
+    return std::nullopt;
   }
-  if (low > 0) return type.ISNVType_Min();
-  if (high < 0) return type.ISNVType_Max();
+}
+
+std::string NumericDefault(const CSNVTType& type) {
+  if (const auto low = Limit(type.ISNVType_Min()); low && *low > 0) return type.ISNVType_Min();
+  if (const auto high = Limit(type.ISNVType_Max()); high && *high < 0) return type.ISNVType_Max();
   return "0";
 }
 
 std::string StructureDefault(const std::string& id, int depth) {
   if (depth >= kMaxStructureDepth) {
-    RaiseError(ErrorNumber::kOverflow, "SNVT_" + id + " nests itself");
+    RaiseError(ErrorNumber::kOutOfStackSpace, "SNVT_" + id + " nests itself");
   }
   std::string text = "{";
   for (pugi::xml_node field : internal::FindSnvtChild(id, "Fields").children()) {
