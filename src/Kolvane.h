@@ -1,15 +1,26 @@
 #pragma once
 
-// Everything a host uses: the interfaces, the host services and the classes a host creates
-// itself with std::make_shared.
+// Everything a host uses: the interfaces, the host services, the forms a FormHost runs, and the
+// classes a host creates itself with std::make_shared.
 
+#include "dialogs/Form.h"
+#include "dialogs/frmCPModif1.h"
+#include "dialogs/frmCPModif2.h"
+#include "dialogs/frmCPModif3.h"
+#include "dialogs/frmCPModif4.h"
+#include "dialogs/frmCPModif5.h"
 #include "foundation/Error.h"
 #include "foundation/HostServices.h"
 #include "interfaces/IClonable.h"
 #include "interfaces/ICompatibleSNVT.h"
 #include "interfaces/ICompatibleSNVTs.h"
+#include "interfaces/IDisplayItem.h"
+#include "interfaces/IField.h"
+#include "interfaces/IFields.h"
+#include "interfaces/IOverridableItem.h"
 #include "interfaces/ISNVType.h"
 #include "interfaces/IStates.h"
+#include "interfaces/ISubItemConnable.h"
 #include "interfaces/ITypeOverride.h"
 #include "interfaces/IUnitConverter.h"
 #include "interfaces/IUnknown.h"

@@ -28,17 +28,11 @@ double ReadNumber(const std::string& text) {
   return LeadingNumber(text);
 }
 
-// A number kept in single precision, as text: up to 7 significant digits, the user's decimal
-// separator. Error 6 when it is beyond single precision's range.
+// A number kept in single precision, as text with the user's decimal separator. Error 6 when it
+// is beyond single precision's range.
 std::string SingleToText(double number) {
   if (!std::isfinite(number) || std::fabs(number) > FLT_MAX) RaiseError(ErrorNumber::kOverflow);
-  char buffer[32];
-  std::snprintf(buffer, sizeof buffer, "%.7G", static_cast<double>(static_cast<float>(number)));
-  std::string text = buffer;
-  if (const size_t point = text.find('.'); point != std::string::npos) {
-    text.replace(point, 1, Globals::DecimalSeparator);
-  }
-  return text;
+  return GeneralText(static_cast<float>(number), 7, Globals::DecimalSeparator);
 }
 
 void AppendByte(std::string& out, int32_t value) { out += Globals::ByteToHex(value); }

@@ -23,6 +23,8 @@ std::string ErrorDescription(int32_t number) {
       return "Overflow";
     case ErrorNumber::kSubscriptOutOfRange:
       return "Subscript out of range";
+    case ErrorNumber::kOutOfStackSpace:
+      return "Out of stack space";
     case ErrorNumber::kTypeMismatch:
       return "Type mismatch";
     case ErrorNumber::kObjectNotSet:

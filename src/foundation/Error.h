@@ -13,6 +13,7 @@ namespace ErrorNumber {
 inline constexpr int32_t kInvalidProcedureCall = 5;  // also: collection key not found
 inline constexpr int32_t kOverflow = 6;
 inline constexpr int32_t kSubscriptOutOfRange = 9;
+inline constexpr int32_t kOutOfStackSpace = 28;  // also: a structure that contains itself
 inline constexpr int32_t kTypeMismatch = 13;
 inline constexpr int32_t kObjectNotSet = 91;
 inline constexpr int32_t kCannotCreateObject = 429;

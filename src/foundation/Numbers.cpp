@@ -109,6 +109,17 @@ double ParseNumber(std::string_view text, char decimal_point) {
   return ConvertNumber(number);
 }
 
+std::string GeneralText(double number, int significant_digits,
+                        const std::string& decimal_separator) {
+  char buffer[48];
+  std::snprintf(buffer, sizeof buffer, "%.*G", significant_digits, number);
+  std::string text = buffer;
+  if (const size_t point = text.find('.'); point != std::string::npos) {
+    text.replace(point, 1, decimal_separator);
+  }
+  return text;
+}
+
 int32_t RoundToInt32(double number) { return RoundTo<int32_t>(number); }
 
 int16_t RoundToInt16(double number) { return RoundTo<int16_t>(number); }

@@ -9,7 +9,7 @@
 namespace kolvane::mXML {
 
 // Text that asks AppendXmlElement for an element without a text child.
-inline constexpr std::string_view kNoTextField = "NoTextField";
+inline constexpr char kNoTextField[] = "NoTextField";
 
 // Appends an element called name as the last child of parent, with a text child holding text
 // (an empty text gives an empty text child) unless text is "NoTextField". Error 5 when parent is

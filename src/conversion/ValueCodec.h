@@ -1,0 +1,95 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <string>
+
+#include <pugixml.hpp>
+
+#include "interfaces/IField.h"
+#include "interfaces/IFields.h"
+#include "interfaces/IOverridableItem.h"
+#include "interfaces/ISNVType.h"
+#include "interfaces/ITypeOverride.h"
+#include "interfaces/IUnitConverter.h"
+
+// The texts network variables, configuration properties and fields show of their values, and the
+// "ApPoint" records the profile writes. One place for each rule; the item classes only hand in
+// their members. Not visible to a host.
+namespace kolvane::codec {
+
+// "Float", "SignedNumeric" or "UnsignedNumeric".
+bool IsNumericKind(const std::string& kind);
+
+// One text of a field, for the rule at hand.
+using FieldText = std::function<std::string(const IField&)>;
+
+// "{", then for each position i from 1 to the count the field found by the text of i, as " " +
+// text + " ", then "}"; not trimmed, so neighbouring texts are two blanks apart. A position that
+// finds no field adds nothing.
+std::string StructureText(const IFields& fields, const FieldText& text);
+
+// A number of a type in display units with the display unit text: "21.5 °C".
+std::string NumberInDisplayUnits(IUnitConverter& converter, const std::string& type_id,
+                                 const std::string& value);
+
+// A number in the type's own unit with its unit text (no conversion): "21.5 °C".
+std::string NumberInTypeUnits(const ISNVType& type, const std::string& value);
+
+// The type's minimum (or maximum) in display units with the display unit text.
+std::string LimitInDisplayUnits(IUnitConverter& converter, const std::string& type_id,
+                                bool maximum);
+
+// The members of a network variable or configuration property that its display texts read.
+struct ItemTexts {
+  std::string value;
+  std::string default_value;
+  std::string minimum;
+  std::string maximum;
+  std::shared_ptr<ISNVType> type;
+  std::shared_ptr<IFields> fields;
+  std::shared_ptr<IUnitConverter> converter;
+};
+
+// Plain value text: an enumeration as stored, a structure from its fields' values, anything
+// else localised (and trimmed unless numeric). Error 91 when the type or a needed converter or
+// field collection is missing.
+std::string PlainValue(const ItemTexts& item);
+// Display text of the value: numbers in display units with their unit ("Invalid" stays as is).
+std::string DisplayValue(const ItemTexts& item);
+// Display text of the default: an enumeration's state name, numbers in the type's own unit.
+std::string DisplayDefault(const ItemTexts& item);
+// Display text of the minimum (maximum): the type's limit in display units for numbers, the
+// item's own limit text for every other kind but a structure.
+std::string DisplayLimit(const ItemTexts& item, bool maximum);
+
+// What an item's point record holds.
+struct PointRecord {
+  std::string key;         // "Key": the point key
+  std::string global_key;  // "ItemKey", in the interoperability form only
+  std::string name;
+  std::string direction;   // "In" for a configuration property
+  std::string type_id;     // "Type"
+  std::string value;       // "Value": the plain value text
+  double x = 0;            // "Location" = x;y
+  double y = 0;
+  int32_t export_index = 0;
+  std::shared_ptr<ITypeOverride> type_override;
+  std::shared_ptr<IFields> fields;
+};
+
+// Appends one "ApPoint" element to parent (the stored form, or the interoperability form with
+// "ItemKey" after "Key") with its "ExtendedInfo", type override and field overrides.
+pugi::xml_node WritePointRecord(pugi::xml_document& document, pugi::xml_node parent,
+                                const PointRecord& record, bool interoperability);
+
+// Writes an override into element: "Type" and, for an enumeration type, its "States".
+void WriteTypeOverride(pugi::xml_document& document, pugi::xml_node element,
+                       const ITypeOverride& type_override);
+
+// Writes the overrides of fields (nested fields with dotted names after prefix) under parent.
+void WriteFieldOverrides(pugi::xml_document& document, pugi::xml_node parent,
+                         const IFields& fields, const std::string& prefix);
+
+}  // namespace kolvane::codec

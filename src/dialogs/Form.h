@@ -1,0 +1,98 @@
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "foundation/Export.h"
+
+namespace kolvane {
+
+// Controls of a form: plain state with Visual Basic's property names. A toolkit renders them and
+// forwards the user's input to the form's event handlers.
+struct TextBox {
+  std::string Text;
+  bool Enabled = true;
+  bool Visible = true;
+  int32_t SelStart = 0;
+  int32_t SelLength = 0;
+};
+
+struct Label {
+  std::string Caption;
+  bool Visible = true;
+};
+
+struct CheckBox {
+  std::string Caption;
+  int16_t Value = 0;  // 0 clear, 1 checked
+  bool Enabled = true;
+};
+
+struct CommandButton {
+  std::string Caption;
+  bool Enabled = true;
+};
+
+struct ComboBox {
+  std::vector<std::string> List;
+  std::vector<int32_t> ItemData;  // one number per entry of List
+  std::string Text;
+  int32_t ListIndex = -1;
+};
+
+struct ListItem {
+  std::string Key;
+  std::string Text;
+  std::vector<std::string> SubItems;  // columns after the first
+  std::string Tag;
+};
+
+struct ListView {
+  std::vector<ListItem> ListItems;
+  int32_t SelectedItem = -1;  // 0-based row, -1 for none
+};
+
+// A modal form. Create with std::make_shared, set its inputs, then Show().
+class KOLVANE_API Form {
+ public:
+  virtual ~Form() = default;
+
+  // Runs Form_Load, hands the form to the installed FormHost until it returns, and unloads the
+  // form when it is still loaded (so a form the host leaves open ends as if cancelled).
+  void Show();
+
+  // Runs Form_Unload and, unless it cancels, ends the form's modal run ("Unload Me").
+  void Unload();
+
+  // True from Show() until the form is unloaded.
+  bool Loaded() const { return loaded_; }
+
+  // The form's window title.
+  virtual std::string Caption() const = 0;
+
+  // Called when the form is shown, before the host gets it.
+  virtual void Form_Load() {}
+
+  // Called when the form is about to close; setting Cancel to a non-zero value keeps it open.
+  virtual void Form_Unload(int16_t& Cancel) { (void)Cancel; }
+
+ private:
+  bool loaded_ = false;
+};
+
+// Runs forms modally: the desktop host shows a window, tests act as the user.
+class KOLVANE_API FormHost {
+ public:
+  virtual ~FormHost() = default;
+  // Returns when the form has been unloaded or the host is done with it.
+  virtual void RunModal(Form& form) = 0;
+};
+
+// Installs the form host (nullptr restores the headless default, which returns at once) and
+// returns the one it replaces.
+KOLVANE_API std::shared_ptr<FormHost> SetFormHost(std::shared_ptr<FormHost> host);
+
+}  // namespace kolvane

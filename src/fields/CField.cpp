@@ -1,0 +1,452 @@
+#include "fields/CField.h"
+
+#include <limits>
+
+#include "conversion/SNVTDataConversion.h"
+#include "conversion/ValueCodec.h"
+#include "dialogs/frmCPModif1.h"
+#include "dialogs/frmCPModif2.h"
+#include "dialogs/frmCPModif3.h"
+#include "dialogs/frmCPModif4.h"
+#include "dialogs/frmCPModif5.h"
+#include "fields/CFields.h"
+#include "foundation/ContinueOnError.h"
+#include "foundation/Error.h"
+#include "foundation/HostServices.h"
+#include "foundation/Numbers.h"
+#include "foundation/Text.h"
+#include "foundation/mXML.h"
+#include "interfaces/IUtility.h"
+#include "types/CSNVTType.h"
+#include "types/StructureDepth.h"
+
+namespace kolvane {
+
+namespace {
+
+constexpr int32_t kNetworkVariable = 2;
+constexpr int32_t kConfigProperty = 3;
+
+std::string Trimmed(const std::string& text) { return std::string(TrimBlanks(text)); }
+
+int32_t ConnectableItemType(const std::shared_ptr<IUnknown>& item) {
+  const auto connectable = std::dynamic_pointer_cast<ISubItemConnable>(item);
+  if (!connectable) RaiseError(ErrorNumber::kTypeMismatch, "the owner takes no connections");
+  return connectable->ISubItemConnable_ItemType();
+}
+
+// A display member whose conversion fails shows nothing.
+template <class Text>
+std::string Displayed(Text&& text) {
+  std::string result;
+  if (ContinueOnError([&] { result = text(); }) != 0) return "";
+  return result;
+}
+
+}  // namespace
+
+CField::CField() = default;
+CField::~CField() = default;
+
+std::string CField::IField_Name() const { return name_; }
+int32_t CField::IField_Index() const { return index_; }
+
+int32_t CField::IField_Offset() const {
+  if (Kind() == "Struct" && fields_) return fields_->FirstOffset();
+  return offset_;
+}
+
+std::shared_ptr<IUnknown> CField::IField_Parent() const { return parent_.lock(); }
+std::shared_ptr<ISNVType> CField::IField_SNVTType() const { return type_; }
+std::shared_ptr<IFields> CField::IField_Fields() const { return fields_; }
+std::string CField::IField_GlobalKey() const { return global_key_; }
+std::string CField::IField_ExtendedKey() const { return global_key_; }
+int32_t CField::IField_NodeType() const { return node_type_; }
+bool CField::IField_IsConnected() const { return is_connected_; }
+void CField::IField_IsDisplayUsable(bool value) { is_display_usable_ = value; }
+std::string CField::IField_RefValue() const { return ref_value_; }
+void CField::IField_RefValue(const std::string& value) { ref_value_ = value; }
+void CField::IField_Load() {}
+void CField::IField_Save() {}
+void CField::IField_Import() {}
+void CField::IField_Export() {}
+void CField::IField_SetValue() {}
+
+std::string CField::IField_Value() const {
+  const std::string kind = Kind();
+  if (kind == "Enum") return value_;
+  if (codec::IsNumericKind(kind)) return SNVTDataConversion::LocalizeNumber(value_);
+  if (kind == "Struct" && fields_) {
+    return codec::StructureText(*fields_, [](const IField& field) { return field.IField_Value(); });
+  }
+  return Trimmed(value_);
+}
+
+void CField::IField_Value(const std::string& value) { value_ = value; }
+
+std::string CField::IField_DefaultValue() const {
+  const auto converter = UnitsManager();
+  if (!converter) RaiseError(ErrorNumber::kObjectNotSet, "the field's owner has no converter");
+  return converter->DefaultValue(type_ ? type_->ISNVType_ID() : "");
+}
+
+std::string CField::IField_DispValue() const {
+  return Displayed([&] {
+    const std::string kind = Kind();
+    if (kind == "Enum") return value_;
+    if (codec::IsNumericKind(kind)) {
+      const auto converter = UnitsManager();
+      if (!converter) RaiseError(ErrorNumber::kObjectNotSet);
+      return codec::NumberInDisplayUnits(*converter, type_->ISNVType_ID(), value_);
+    }
+    if (kind == "Struct" && fields_) {
+      return Trimmed(codec::StructureText(
+          *fields_, [](const IField& field) { return field.IField_DispValue(); }));
+    }
+    return Trimmed(value_);
+  });
+}
+
+std::string CField::IField_DispDefault() const {
+  return Displayed([&] {
+    const std::string kind = Kind();
+    if (kind == "Enum") {
+      return SNVTDataConversion::EnumStateName(default_value_, type_->ISNVType_EnumDesc());
+    }
+    if (codec::IsNumericKind(kind)) return codec::NumberInTypeUnits(*type_, default_value_);
+    if (kind == "Struct" && fields_) {
+      return Trimmed(codec::StructureText(
+          *fields_, [](const IField& field) { return field.IField_DispDefault(); }));
+    }
+    return Trimmed(default_value_);
+  });
+}
+
+std::string CField::IField_DispMin() const {
+  return Displayed([&] {
+    const std::string kind = Kind();
+    if (codec::IsNumericKind(kind)) {
+      const auto converter = UnitsManager();
+      if (!converter) RaiseError(ErrorNumber::kObjectNotSet);
+      return codec::LimitInDisplayUnits(*converter, type_->ISNVType_ID(), false);
+    }
+    if (kind == "Enum") {
+      return SNVTDataConversion::EnumStateName(type_->ISNVType_Min(), type_->ISNVType_EnumDesc());
+    }
+    return SNVTDataConversion::LocalizeNumber(type_ ? type_->ISNVType_Min() : "");
+  });
+}
+
+std::string CField::IField_DispMax() const {
+  return Displayed([&] {
+    const std::string kind = Kind();
+    if (codec::IsNumericKind(kind)) {
+      const auto converter = UnitsManager();
+      if (!converter) RaiseError(ErrorNumber::kObjectNotSet);
+      return codec::LimitInDisplayUnits(*converter, type_->ISNVType_ID(), true);
+    }
+    if (kind == "Enum") {
+      return SNVTDataConversion::EnumStateName(type_->ISNVType_Max(), type_->ISNVType_EnumDesc());
+    }
+    return SNVTDataConversion::LocalizeNumber(type_ ? type_->ISNVType_Max() : "");
+  });
+}
+
+std::string CField::IDisplayItem_DisplayText() const { return name_; }
+void CField::IDisplayItem_DisplayText(const std::string& /*value*/) {}
+std::string CField::IDisplayItem_Key() const { return parent_key_ + "." + name_; }
+
+int32_t CField::IDisplayItem_ItemType() const {
+  int32_t result = 0;
+  ContinueOnError([&] {
+    std::shared_ptr<IUnknown> owner = parent_.lock();
+    for (int step = 0; owner && step <= kMaxStructureDepth; ++step) {
+      const int32_t code = ConnectableItemType(owner);
+      if (code == kNetworkVariable) {
+        const auto flagged = std::dynamic_pointer_cast<internal::FieldOwner>(owner);
+        result = flagged && flagged->FieldDefaultsFlag() ? 5 : 4;
+        return;
+      }
+      if (code == kConfigProperty) {
+        result = 3;
+        return;
+      }
+      const auto field = std::dynamic_pointer_cast<IField>(owner);
+      if (!field) return;
+      owner = field->IField_Parent();
+    }
+  });
+  return result;
+}
+
+int32_t CField::IDisplayItem_Icon() const { return 0; }
+
+bool CField::IDisplayItem_IsWritable() const {
+  const int32_t type = IDisplayItem_ItemType();
+  return type == 3 || type == 4;
+}
+
+bool CField::IDisplayItem_IsTrendable() const { return false; }
+std::string CField::IDisplayItem_Reference() const { return ref_value_; }
+bool CField::IDisplayItem_IsConnected() const { return false; }
+
+bool CField::IDisplayItem_IsDisplayable() const {
+  // Listed when the host allows it, the field belongs to a listed item kind and the network
+  // variable or configuration property at the top is listed itself.
+  if (!is_display_usable_) return false;
+  const int32_t type = IDisplayItem_ItemType();
+  if (type < 3 || type > 5) return false;
+  const auto top = std::dynamic_pointer_cast<IDisplayItem>(TopOwner());
+  return !top || top->IDisplayItem_IsDisplayable();
+}
+
+std::shared_ptr<ISNVType> CField::IDisplayItem_SNVTType() const { return type_; }
+std::shared_ptr<IFields> CField::IDisplayItem_Fields() const { return fields_; }
+
+void CField::ISubItemConnable_IsConnected(bool value) {
+  if (value) {
+    if (connection_count_ == std::numeric_limits<int32_t>::max()) {
+      RaiseError(ErrorNumber::kOverflow, "connection count");
+    }
+    ++connection_count_;
+    is_connected_ = true;
+    return;
+  }
+  if (connection_count_ == std::numeric_limits<int32_t>::min()) {
+    RaiseError(ErrorNumber::kOverflow, "connection count");
+  }
+  --connection_count_;
+  is_connected_ = connection_count_ != 0;
+}
+
+void CField::ISubItemConnable_HasPriority(bool /*value*/) {}
+void CField::ISubItemConnable_IncrementalConnIndex(int32_t /*value*/) {}
+void CField::ISubItemConnable_ConnectedType(const std::string& /*value*/) {}
+int32_t CField::ISubItemConnable_ItemType() const { return node_type_; }
+std::string CField::ISubItemConnable_GlobalKey() const { return global_key_; }
+std::string CField::ISubItemConnable_Name() const { return name_; }
+std::shared_ptr<ISNVType> CField::ISubItemConnable_SNVTType() const { return type_; }
+bool CField::ISubItemConnable_IsSNVTCompatible(const std::string& /*type_name*/) { return false; }
+
+std::shared_ptr<ITypeOverride> CField::IOverridableItem_TypeOverride() const {
+  return type_override_;
+}
+
+void CField::IOverridableItem_TypeOverride(std::shared_ptr<ITypeOverride> value) {
+  type_override_ = std::move(value);
+}
+
+std::shared_ptr<IUnitConverter> CField::UnitsManager() const {
+  const auto owner = std::dynamic_pointer_cast<internal::FieldOwner>(parent_.lock());
+  return owner ? owner->UnitsManager() : nullptr;
+}
+
+bool CField::FieldDefaultsFlag() const {
+  const auto owner = std::dynamic_pointer_cast<internal::FieldOwner>(parent_.lock());
+  return owner && owner->FieldDefaultsFlag();
+}
+
+void CField::DefaultValue(const std::string& value) {
+  default_value_ = value;
+  value_ = value;
+}
+
+void CField::ProfileValue(const std::string& value) { value_ = value; }
+
+void CField::ResetToDefault() {
+  const auto utility = std::dynamic_pointer_cast<IUtility>(CreateObject("Moraface.Utility"));
+  if (!utility) RaiseError(ErrorNumber::kTypeMismatch, "Moraface.Utility");
+  value_ = utility->DefaultValue(type_);
+}
+
+void CField::SetParent(const std::shared_ptr<IUnknown>& owner) {
+  parent_ = owner;
+  if (const auto display = std::dynamic_pointer_cast<IDisplayItem>(owner)) {
+    parent_key_ = display->IDisplayItem_Key();
+  }
+}
+
+void CField::SetNodeType(int32_t node_type) { node_type_ = node_type; }
+void CField::SetName(const std::string& name) { name_ = name; }
+void CField::SetWarnMissingDefault(bool warn) { warn_missing_default_ = warn; }
+void CField::SetEndOffset(int32_t position) { end_offset_ = position; }
+int32_t CField::GetEndOffset() const { return end_offset_; }
+void CField::SetIndex(int32_t index) { index_ = index; }
+void CField::SetOffset(int32_t offset) { offset_ = offset; }
+
+void CField::InitFromType(const std::string& type_name) {
+  ContinueOnError([&] {
+    type_ = std::make_shared<CSNVTType>();
+    type_->Load(type_name);
+  });
+  const std::string kind = Kind();
+  const bool numeric = codec::IsNumericKind(kind);
+  if (kind == "Textual" || numeric || kind == "Bitfield" || kind == "Enum") {
+    ContinueOnError([&] {
+      const auto converter = UnitsManager();
+      if (!converter) RaiseError(ErrorNumber::kObjectNotSet, "no units converter");
+      DefaultValue(converter->DefaultValue(type_name));
+    });
+    ContinueOnError([&] {
+      if (default_value_.empty()) ApplyMissingDefault(kind == "Textual" ? "none" : "0");
+    });
+    value_ = default_value_;
+  }
+  ContinueOnError([&] {
+    if (numeric) {
+      edit_dialog_ = std::make_shared<frmCPModif1>();
+    } else if (kind == "Textual") {
+      edit_dialog_ = std::make_shared<frmCPModif2>();
+    } else if (kind == "Enum") {
+      edit_dialog_ = std::make_shared<frmCPModif3>();
+    } else if (kind == "Struct") {
+      edit_dialog_ = std::make_shared<frmCPModif4>();
+    } else if (kind == "Bitfield") {
+      edit_dialog_ = std::make_shared<frmCPModif5>();
+    }
+  });
+  if (kind != "Struct") return;
+  ContinueOnError([&] {
+    fields_ = std::make_shared<CFields>();
+    fields_->SetParent(shared_from_this());
+    if (Depth() >= kMaxStructureDepth) {
+      RaiseError(ErrorNumber::kOutOfStackSpace, "SNVT_" + type_name + " nests itself");
+    }
+    fields_->BuildFromType(end_offset_, type_->ISNVType_Name(), 5, value_, warn_missing_default_);
+  });
+  ContinueOnError([&] { type_->SetLength(fields_->IFields_Length()); });
+  default_value_ = value_;
+}
+
+void CField::SetGlobalKey(const std::string& owner_key) {
+  global_key_ = owner_key + "\\" + name_;
+  if (fields_) fields_->SetGlobalKeys(global_key_);
+}
+
+void CField::SetParentKey(const std::string& prefix) {
+  parent_key_ = prefix;
+  if (fields_) fields_->SetParentKeys(prefix + "." + name_);
+}
+
+void CField::LoadValueFromXml(pugi::xml_node node) {
+  ContinueOnError([&] {
+    pugi::xml_node found;
+    for (pugi::xml_node child : node.children()) {
+      if (child.type() == pugi::node_element && mXML::BaseName(child) == name_) found = child;
+    }
+    if (!found) return;
+    if (Kind() == "Struct") {
+      if (fields_) fields_->LoadValuesFromXml(found);
+      return;
+    }
+    for (pugi::xml_node child : found.children()) {
+      if (child.type() != pugi::node_element || ToUpper(mXML::BaseName(child)) != "VALUE") {
+        continue;
+      }
+      const std::string text = child.first_child().value();
+      value_ = Kind() == "Textual" ? text : SNVTDataConversion::NormalizeDecimal(text);
+    }
+  });
+}
+
+void CField::ExportToXml(pugi::xml_document& document, pugi::xml_node parent) {
+  pugi::xml_node element = mXML::AppendXmlElement(document, parent, name_, mXML::kNoTextField);
+  if (Kind() == "Struct") {
+    if (fields_) fields_->ExportToXml(document, element);
+    return;
+  }
+  mXML::AppendXmlElement(document, element, "Default", value_);
+  if (!type_->ISNVType_Min().empty()) {
+    mXML::AppendXmlElement(document, element, "Min", type_->ISNVType_Min());
+  }
+  if (!type_->ISNVType_Max().empty()) {
+    mXML::AppendXmlElement(document, element, "Max", type_->ISNVType_Max());
+  }
+}
+
+void CField::SaveValueToXml(pugi::xml_document& document, pugi::xml_node parent) {
+  if (Kind() == "Struct") {
+    pugi::xml_node element;
+    for (pugi::xml_node child : parent.children()) {
+      if (child.type() == pugi::node_element && mXML::BaseName(child) == name_) {
+        element = child;
+        break;
+      }
+    }
+    if (!element) element = mXML::AppendXmlElement(document, parent, name_, mXML::kNoTextField);
+    if (fields_) fields_->SaveValuesToXml(document, element);
+    return;
+  }
+  pugi::xml_node element = mXML::AppendXmlElement(document, parent, name_, mXML::kNoTextField);
+  mXML::AppendXmlElement(document, element, "Value", value_);
+  if (!type_->ISNVType_Min().empty()) {
+    mXML::AppendXmlElement(document, element, "Min", type_->ISNVType_Min());
+  }
+  if (!type_->ISNVType_Max().empty()) {
+    mXML::AppendXmlElement(document, element, "Max", type_->ISNVType_Max());
+  }
+}
+
+std::string CField::RawText() const {
+  if (Kind() == "Struct") return fields_ ? fields_->RawText() : "";
+  if (!type_) RaiseError(ErrorNumber::kObjectNotSet, "the field has no type");
+  return SNVTDataConversion::ValueToRaw(value_, type_->ISNVType_GenType(), type_->ISNVType_Length(),
+                                        RoundToInt16(type_->ISNVType_ACoef()),
+                                        RoundToInt16(type_->ISNVType_BCoef()),
+                                        RoundToInt16(type_->ISNVType_CCoef()));
+}
+
+std::string CField::InvalidRawText() const {
+  if (Kind() == "Struct") return fields_ ? fields_->InvalidRawText() : "";
+  if (!type_) RaiseError(ErrorNumber::kObjectNotSet, "the field has no type");
+  return SNVTDataConversion::ValueToRaw(
+      type_->ISNVType_InvalidValue(), type_->ISNVType_GenType(), type_->ISNVType_Length(),
+      RoundToInt16(type_->ISNVType_ACoef()), RoundToInt16(type_->ISNVType_BCoef()),
+      RoundToInt16(type_->ISNVType_CCoef()));
+}
+
+std::string CField::Kind() const { return type_ ? type_->ISNVType_GenType() : ""; }
+
+void CField::ApplyMissingDefault(const std::string& replacement) {
+  std::string path = name_;
+  std::shared_ptr<IUnknown> owner = parent_.lock();
+  for (int step = 0; step <= kMaxStructureDepth; ++step) {
+    const auto field = std::dynamic_pointer_cast<IField>(owner);
+    if (!field) break;
+    path = field->IField_Name() + "." + path;
+    owner = field->IField_Parent();
+  }
+  const auto connectable = std::dynamic_pointer_cast<ISubItemConnable>(owner);
+  if (!connectable) return;
+  const int32_t owner_type = connectable->ISubItemConnable_ItemType();
+  if (owner_type == kNetworkVariable) {
+    const auto flagged = std::dynamic_pointer_cast<internal::FieldOwner>(owner);
+    if (!flagged || !flagged->FieldDefaultsFlag()) return;
+  } else if (owner_type != kConfigProperty) {
+    return;
+  }
+  default_value_ = replacement;
+  if (warn_missing_default_) {
+    MsgBox(connectable->ISubItemConnable_Name() + "." + path +
+               ": Default value not defined into the XML file of the profile; " + replacement +
+               " assumed.",
+           vbCritical + vbOKOnly, "Warning");
+  }
+}
+
+int CField::Depth() const {
+  int depth = 0;
+  for (auto owner = std::dynamic_pointer_cast<CField>(parent_.lock()); owner;
+       owner = std::dynamic_pointer_cast<CField>(owner->parent_.lock())) {
+    ++depth;
+  }
+  return depth;
+}
+
+std::shared_ptr<IUnknown> CField::TopOwner() const {
+  std::shared_ptr<IUnknown> owner = parent_.lock();
+  while (const auto field = std::dynamic_pointer_cast<CField>(owner)) owner = field->parent_.lock();
+  return owner;
+}
+
+}  // namespace kolvane

@@ -1,0 +1,134 @@
+#include "fields/CFields.h"
+
+#include <limits>
+
+#include "fields/CField.h"
+#include "foundation/ContinueOnError.h"
+#include "foundation/Error.h"
+#include "foundation/HostServices.h"
+#include "foundation/Numbers.h"
+#include "foundation/mXML.h"
+#include "interfaces/IUtility.h"
+#include "types/CSNVTType.h"
+#include "types/SnvtCatalogue.h"
+
+namespace kolvane {
+
+namespace {
+
+int32_t CheckedSum(int32_t a, int32_t b) {
+  const int64_t sum = static_cast<int64_t>(a) + b;
+  if (sum > std::numeric_limits<int32_t>::max() || sum < std::numeric_limits<int32_t>::min()) {
+    RaiseError(ErrorNumber::kOverflow, "field lengths");
+  }
+  return static_cast<int32_t>(sum);
+}
+
+}  // namespace
+
+int32_t CFields::IFields_Count() const { return items_.Count(); }
+
+std::shared_ptr<IField> CFields::IFields_Item(const std::string& index) const {
+  if (const auto* field = items_.Find(index)) return *field;
+  int32_t position = 0;
+  if (ContinueOnError([&] { position = RoundToInt32(LeadingNumber(index)); }) != 0) return nullptr;
+  if (position < 1 || position > items_.Count()) return nullptr;
+  return items_.ItemAt(position);
+}
+
+std::vector<std::shared_ptr<IField>> CFields::IFields_NewEnum() const {
+  std::vector<std::shared_ptr<IField>> fields;
+  fields.reserve(static_cast<size_t>(items_.Count()));
+  for (const auto& entry : items_) fields.push_back(entry.item);
+  return fields;
+}
+
+int32_t CFields::IFields_Length() const {
+  int32_t length = 0;
+  for (const auto& entry : items_) {
+    length = CheckedSum(length, entry.item->IField_SNVTType()->ISNVType_Length());
+  }
+  return length;
+}
+
+void CFields::SetParent(const std::shared_ptr<IUnknown>& owner) { parent_ = owner; }
+
+std::shared_ptr<CField> CFields::BuildFromType(int32_t& position, const std::string& type_name,
+                                               int32_t item_type, const std::string& value_text,
+                                               bool warn) {
+  const auto utility = std::dynamic_pointer_cast<IUtility>(CreateObject("Moraface.Utility"));
+  if (!utility) RaiseError(ErrorNumber::kTypeMismatch, "Moraface.Utility");
+  const std::vector<std::string> values = utility->SplitFields(value_text);
+  const std::shared_ptr<IUnknown> owner = parent_.lock();
+
+  std::shared_ptr<CField> last;
+  int32_t accumulated = 0;
+  size_t i = 0;
+  for (pugi::xml_node child : internal::FindSnvtChild(type_name, "Fields").children()) {
+    if (child.type() != pugi::node_element) continue;
+    auto field = std::make_shared<CField>();
+    field->SetParent(owner);
+    field->SetNodeType(item_type);
+    field->SetName(std::string(mXML::BaseName(child)));
+    field->SetWarnMissingDefault(warn);
+    field->SetEndOffset(position);
+    field->InitFromType(child.first_child().value());
+    position = field->GetEndOffset();
+
+    if (!value_text.empty()) {
+      if (i >= values.size()) {
+        RaiseError(ErrorNumber::kSubscriptOutOfRange,
+                   "no value for field " + field->IField_Name() + " in \"" + value_text + "\"");
+      }
+      field->ProfileValue(values[i]);
+    } else {
+      field->ResetToDefault();
+    }
+    items_.Add(field->IField_Name(), field);
+    field->SetIndex(items_.Count());
+    field->SetOffset(CheckedSum(position, accumulated));
+    if (field->IField_SNVTType()->ISNVType_GenType() != "Struct") {
+      accumulated = CheckedSum(accumulated, field->IField_SNVTType()->ISNVType_Length());
+    }
+    last = field;
+    ++i;
+  }
+  position = CheckedSum(position, accumulated);
+  return last;
+}
+
+void CFields::SetGlobalKeys(const std::string& owner_key) {
+  for (const auto& entry : items_) ContinueOnError([&] { entry.item->SetGlobalKey(owner_key); });
+}
+
+void CFields::SetParentKeys(const std::string& prefix) {
+  for (const auto& entry : items_) entry.item->SetParentKey(prefix);
+}
+
+int32_t CFields::FirstOffset() const { return items_.ItemAt(1)->IField_Offset(); }
+
+void CFields::LoadValuesFromXml(pugi::xml_node node) {
+  for (const auto& entry : items_) entry.item->LoadValueFromXml(node);
+}
+
+void CFields::ExportToXml(pugi::xml_document& document, pugi::xml_node parent) {
+  for (const auto& entry : items_) entry.item->ExportToXml(document, parent);
+}
+
+void CFields::SaveValuesToXml(pugi::xml_document& document, pugi::xml_node parent) {
+  for (const auto& entry : items_) entry.item->SaveValueToXml(document, parent);
+}
+
+std::string CFields::RawText() const {
+  std::string raw;
+  for (const auto& entry : items_) raw += entry.item->RawText();
+  return raw;
+}
+
+std::string CFields::InvalidRawText() const {
+  std::string raw;
+  for (const auto& entry : items_) raw += entry.item->InvalidRawText();
+  return raw;
+}
+
+}  // namespace kolvane
