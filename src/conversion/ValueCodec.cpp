@@ -154,7 +154,9 @@ void WriteTypeOverride(pugi::xml_document& document, pugi::xml_node element,
                        const ITypeOverride& type_override) {
   const std::string type_id = type_override.ITypeOverride_OverridingType();
   SetAttribute(element, "Type", type_id);
-  if (internal::SnvtChildText(type_id, "TYPE") != "Enum") return;
+  // An override read from a profile names the kind itself ("Enum"); one made by a host may name
+  // an enumeration type of the catalogue.
+  if (type_id != "Enum" && internal::SnvtChildText(type_id, "TYPE") != "Enum") return;
   pugi::xml_node states = mXML::AppendXmlElement(document, element, "States",
                                                  mXML::kNoTextField);
   const auto set = type_override.ITypeOverride_States();

@@ -4,12 +4,18 @@
 
 namespace kolvane::internal {
 
-DataPoint::DataPoint(std::shared_ptr<IUnknown> item)
-    : object_(std::move(item)), item_(std::dynamic_pointer_cast<DataPointItem>(object_)) {
-  if (!item_) {
+DataPoint::DataPoint(const std::shared_ptr<IUnknown>& item)
+    : object_(item), item_(std::dynamic_pointer_cast<DataPointItem>(item)) {
+  if (item_.expired()) {
     RaiseError(ErrorNumber::kTypeMismatch,
                "a dialog edits a network variable, a configuration property or a field");
   }
+}
+
+std::shared_ptr<DataPointItem> DataPoint::Item() const {
+  auto item = item_.lock();
+  if (!item) RaiseError(ErrorNumber::kObjectNotSet, "the edited item is gone");
+  return item;
 }
 
 }  // namespace kolvane::internal

@@ -14,30 +14,33 @@ namespace kolvane::internal {
 class DataPointItem {
  public:
   virtual ~DataPointItem() = default;
-  virtual std::string DataPointValue() const = 0;
+  virtual std::string DataPointValue() = 0;
   virtual void DataPointValue(const std::string& value) = 0;
   virtual std::string DataPointName() const = 0;
   virtual std::shared_ptr<ISNVType> DataPointType() const = 0;
   virtual std::shared_ptr<IFields> DataPointFields() const = 0;
 };
 
-// The late-bound "Value", "Name", "SNVTType" and "fields" of an item handed to a dialog.
+// The late-bound "Value", "Name", "SNVTType" and "fields" of an item handed to a dialog. Items
+// keep their dialogs, so the dialog holds its item weakly; an item that is gone raises 91.
 class DataPoint {
  public:
   // Error 13 when item is none of the items a dialog edits.
-  explicit DataPoint(std::shared_ptr<IUnknown> item);
+  explicit DataPoint(const std::shared_ptr<IUnknown>& item);
 
-  std::string Value() const { return item_->DataPointValue(); }
-  void Value(const std::string& value) { item_->DataPointValue(value); }
-  std::string Name() const { return item_->DataPointName(); }
-  std::shared_ptr<ISNVType> SNVTType() const { return item_->DataPointType(); }
-  std::shared_ptr<IFields> fields() const { return item_->DataPointFields(); }
-  // The object handed in.
-  const std::shared_ptr<IUnknown>& object() const { return object_; }
+  std::string Value() { return Item()->DataPointValue(); }
+  void Value(const std::string& value) { Item()->DataPointValue(value); }
+  std::string Name() const { return Item()->DataPointName(); }
+  std::shared_ptr<ISNVType> SNVTType() const { return Item()->DataPointType(); }
+  std::shared_ptr<IFields> fields() const { return Item()->DataPointFields(); }
+  // The object handed in; nullptr once it is gone.
+  std::shared_ptr<IUnknown> object() const { return object_.lock(); }
 
  private:
-  std::shared_ptr<IUnknown> object_;
-  std::shared_ptr<DataPointItem> item_;
+  std::shared_ptr<DataPointItem> Item() const;
+
+  std::weak_ptr<IUnknown> object_;
+  std::weak_ptr<DataPointItem> item_;
 };
 
 }  // namespace kolvane::internal

@@ -3,7 +3,7 @@
 namespace kolvane {
 
 void ValueDialog::DataPoint(std::shared_ptr<IUnknown> item) {
-  internal::DataPoint point(std::move(item));
+  internal::DataPoint point(item);
   std::string value = point.Value();
   items_.push_back({std::move(point), std::move(value)});
 }

@@ -16,9 +16,7 @@ class KOLVANE_API frmCPModif4 final : public Form {
 
   // Adds an item to those the dialog edits; error 13 for an object that is no network variable,
   // configuration property or field.
-  void DataPoint(std::shared_ptr<IUnknown> item) {
-    items_.emplace_back(std::move(item));
-  }
+  void DataPoint(const std::shared_ptr<IUnknown>& item) { items_.emplace_back(item); }
 
   Label lblName;
   ListView lvwMain;

@@ -137,7 +137,7 @@ class CField final : public IField,
   std::shared_ptr<CSNVTType> Type() const { return type_; }
 
   // internal::DataPointItem
-  std::string DataPointValue() const override { return IField_Value(); }
+  std::string DataPointValue() override { return IField_Value(); }
   void DataPointValue(const std::string& value) override { IField_Value(value); }
   std::string DataPointName() const override { return name_; }
   std::shared_ptr<ISNVType> DataPointType() const override { return IField_SNVTType(); }

@@ -1,0 +1,439 @@
+#include "nv/CNetworkVariable.h"
+
+#include <limits>
+
+#include "conversion/SNVTDataConversion.h"
+#include "conversion/ValueCodec.h"
+#include "fields/CField.h"
+#include "fields/CFields.h"
+#include "foundation/ContinueOnError.h"
+#include "foundation/Error.h"
+#include "foundation/Globals.h"
+#include "foundation/HostServices.h"
+#include "foundation/Numbers.h"
+#include "foundation/Text.h"
+#include "interfaces/IUtility.h"
+#include "nv/frmEditNVI.h"
+#include "nv/frmEditNVO.h"
+#include "types/CNVOCompatibleSNVTs.h"
+#include "types/CSNVTType.h"
+#include "types/CState.h"
+#include "types/CStates.h"
+#include "types/CTypeOverride.h"
+#include "types/NvoTable.h"
+
+namespace kolvane {
+
+namespace {
+
+constexpr int32_t kOutput = 1;
+// Item type of the fields a network variable builds (4 or 5 when the host asks, see
+// CField::IDisplayItem_ItemType).
+constexpr int32_t kFieldItemType = 4;
+
+std::shared_ptr<IUnitConverter> MakeConverter() {
+  auto converter =
+      std::dynamic_pointer_cast<IUnitConverter>(CreateObject("UnitManager.Converter"));
+  if (!converter) RaiseError(ErrorNumber::kTypeMismatch, "UnitManager.Converter");
+  return converter;
+}
+
+// The "Field" child of list whose "Name" is name.
+pugi::xml_node FieldOverride(pugi::xml_node list, const std::string& name) {
+  for (pugi::xml_node field : list.children("Field")) {
+    if (name == field.attribute("Name").value()) return field;
+  }
+  return {};
+}
+
+// Applies the override element of an item (the variable or one of its fields): an enumeration
+// override with its states, a plain one, or, for "Struct", one per field from "Fields".
+void ApplyTypeOverride(IOverridableItem& item, const std::shared_ptr<IFields>& fields,
+                       const std::string& overriding_type, pugi::xml_node element) {
+  std::shared_ptr<CTypeOverride> made;
+  if (overriding_type == "Enum") {
+    made = std::make_shared<CTypeOverride>();
+    made->ITypeOverride_OverridingType("Enum");
+    auto states = std::make_shared<CStates>();
+    for (pugi::xml_node node : element.child("States").children()) {
+      if (node.type() == pugi::node_comment) continue;
+      std::shared_ptr<iState> state = std::make_shared<CState>();
+      ContinueOnError([&] { state->iState_Name(node.attribute("Name").value()); });
+      ContinueOnError([&] {
+        state->iState_Value(RoundToInt16(ParseNumber(node.attribute("Value").value())));
+      });
+      states->IStates_Add(state);
+    }
+    made->ITypeOverride_States(states);
+  } else if (overriding_type != "Struct") {
+    made = std::make_shared<CTypeOverride>();
+    made->ITypeOverride_OverridingType(overriding_type);
+  } else if (fields) {
+    const pugi::xml_node list = element.child("Fields");
+    for (const auto& field : fields->IFields_NewEnum()) {
+      ContinueOnError([&] {
+        const pugi::xml_node node = FieldOverride(list, field->IField_Name());
+        const auto overridable = std::dynamic_pointer_cast<IOverridableItem>(field);
+        if (!node || !overridable || !node.attribute("Type")) return;
+        ApplyTypeOverride(*overridable, field->IField_Fields(), node.attribute("Type").value(),
+                          node);
+      });
+    }
+  }
+  item.IOverridableItem_TypeOverride(made);
+}
+
+}  // namespace
+
+CNetworkVariable::CNetworkVariable() : units_manager_(MakeConverter()) {}
+CNetworkVariable::~CNetworkVariable() = default;
+
+std::shared_ptr<ICompatibleSNVTs> CNetworkVariable::INetworkVariable_AvailableTypes() const {
+  return available_types_;
+}
+void CNetworkVariable::INetworkVariable_AvailableTypes(std::shared_ptr<ICompatibleSNVTs> value) {
+  available_types_ = std::move(value);
+}
+int32_t CNetworkVariable::INetworkVariable_ConnectionIndex() const { return connection_index_; }
+void CNetworkVariable::INetworkVariable_ConnectionIndex(int32_t value) {
+  connection_index_ = value;
+}
+std::string CNetworkVariable::INetworkVariable_DefaultValue() const { return default_value_; }
+int32_t CNetworkVariable::INetworkVariable_Direction() const { return direction_; }
+std::string CNetworkVariable::INetworkVariable_ExtendedKey() const { return global_key_; }
+std::shared_ptr<IFields> CNetworkVariable::INetworkVariable_Fields() const { return fields_; }
+std::string CNetworkVariable::INetworkVariable_GlobalKey() const { return global_key_; }
+int32_t CNetworkVariable::INetworkVariable_IncrementalConnIndex() const {
+  return incremental_conn_index_;
+}
+int32_t CNetworkVariable::INetworkVariable_Index() const { return index_; }
+bool CNetworkVariable::INetworkVariable_isNC() const { return is_nc_; }
+int32_t CNetworkVariable::INetworkVariable_K4Offset() const { return k4_offset_; }
+void CNetworkVariable::INetworkVariable_K4Offset(int32_t value) { k4_offset_ = value; }
+std::shared_ptr<IUnknown> CNetworkVariable::INetworkVariable_LinkedSource() const {
+  return linked_source_;
+}
+void CNetworkVariable::INetworkVariable_LinkedSource(std::shared_ptr<IUnknown> value) {
+  linked_source_ = std::move(value);
+}
+bool CNetworkVariable::INetworkVariable_Mandatory() const { return mandatory_; }
+std::string CNetworkVariable::INetworkVariable_Name() const { return name_; }
+void CNetworkVariable::INetworkVariable_Name(const std::string& value) { name_ = value; }
+int32_t CNetworkVariable::INetworkVariable_NodeType() const { return 2; }
+std::string CNetworkVariable::INetworkVariable_PointKey() const { return point_key_; }
+
+void CNetworkVariable::INetworkVariable_PointKey(const std::string& value) {
+  point_key_ = value;
+  if (fields_) fields_->SetParentKeys(value);
+}
+
+std::string CNetworkVariable::INetworkVariable_RefValue() const { return ref_value_; }
+void CNetworkVariable::INetworkVariable_RefValue(const std::string& value) { ref_value_ = value; }
+std::shared_ptr<ICompatibleSNVTs> CNetworkVariable::INetworkVariable_SNVTCompatibles() const {
+  return compatibles_;
+}
+std::shared_ptr<ISNVType> CNetworkVariable::INetworkVariable_SNVTType() const { return type_; }
+std::string CNetworkVariable::INetworkVariable_Tag() const { return tag_; }
+void CNetworkVariable::INetworkVariable_Tag(const std::string& value) { tag_ = value; }
+double CNetworkVariable::INetworkVariable_XPosition() const { return x_position_; }
+
+void CNetworkVariable::INetworkVariable_XPosition(double value) {
+  x_position_ = value;
+  Globals::NeedSaveFlag = true;
+}
+
+double CNetworkVariable::INetworkVariable_YPosition() const { return y_position_; }
+
+void CNetworkVariable::INetworkVariable_YPosition(double value) {
+  y_position_ = value;
+  Globals::NeedSaveFlag = true;
+}
+
+void CNetworkVariable::INetworkVariable_SetSnvtType(const std::string& type_name) {
+  InitType(direction_, type_name);
+}
+
+bool CNetworkVariable::INetworkVariable_IsConnected() const {
+  if (direction_ == kOutput || is_connected_) return is_connected_;
+  bool connected = false;
+  ContinueOnError([&] {
+    if (!fields_) return;
+    for (int32_t i = 1; i <= fields_->IFields_Count() && !connected; ++i) {
+      const auto field = fields_->IFields_Item(std::to_string(i));
+      connected = field && field->IField_IsConnected();
+    }
+  });
+  return connected;
+}
+
+std::string CNetworkVariable::INetworkVariable_Value() {
+  const std::string kind = type_ ? type_->ISNVType_GenType() : "";
+  if (kind == "Enum" || codec::IsNumericKind(kind)) {
+    return SNVTDataConversion::LocalizeNumber(value_);
+  }
+  if (kind == "Struct") {
+    if (!fields_) RaiseError(ErrorNumber::kObjectNotSet, "the structure has no fields");
+    std::string text;
+    for (int32_t i = 1; i <= fields_->IFields_Count(); ++i) {
+      const auto field = fields_->IFields_Item(std::to_string(i));
+      if (!field) continue;
+      field->IField_Value(Globals::GetToken(value_, i - 1, " "));
+      text += field->IField_Value() + " ";
+    }
+    return std::string(TrimBlanks(text));
+  }
+  return std::string(TrimBlanks(SNVTDataConversion::LocalizeNumber(value_)));
+}
+
+void CNetworkVariable::INetworkVariable_Value(const std::string& value) {
+  value_ = value;
+  Globals::NeedSaveFlag = true;
+}
+
+std::string CNetworkVariable::INetworkVariable_DispValue() const {
+  return codec::DisplayValue({value_, default_value_, minimum_, maximum_, type_, fields_,
+                              units_manager_});
+}
+
+std::string CNetworkVariable::INetworkVariable_DispDefault() const {
+  return codec::DisplayDefault({value_, default_value_, minimum_, maximum_, type_, fields_,
+                                units_manager_});
+}
+
+std::string CNetworkVariable::INetworkVariable_DispMin() const {
+  return codec::DisplayLimit(
+      {value_, default_value_, minimum_, maximum_, type_, fields_, units_manager_}, false);
+}
+
+std::string CNetworkVariable::INetworkVariable_DispMax() const {
+  return codec::DisplayLimit(
+      {value_, default_value_, minimum_, maximum_, type_, fields_, units_manager_}, true);
+}
+
+std::string CNetworkVariable::INetworkVariable_RawValue() const {
+  if (fields_) return fields_->RawText();
+  if (!type_) RaiseError(ErrorNumber::kObjectNotSet, "the variable has no type");
+  return SNVTDataConversion::ValueToRaw(value_, type_->ISNVType_GenType(),
+                                        type_->ISNVType_Length(),
+                                        RoundToInt16(type_->ISNVType_ACoef()),
+                                        RoundToInt16(type_->ISNVType_BCoef()),
+                                        RoundToInt16(type_->ISNVType_CCoef()));
+}
+
+std::string CNetworkVariable::INetworkVariable_InvalidRaw() const {
+  if (fields_) return fields_->InvalidRawText();
+  if (!type_) RaiseError(ErrorNumber::kObjectNotSet, "the variable has no type");
+  return SNVTDataConversion::ValueToRaw(type_->ISNVType_InvalidValue(),
+                                        type_->ISNVType_GenType(), type_->ISNVType_Length(),
+                                        RoundToInt16(type_->ISNVType_ACoef()),
+                                        RoundToInt16(type_->ISNVType_BCoef()),
+                                        RoundToInt16(type_->ISNVType_CCoef()));
+}
+
+void CNetworkVariable::INetworkVariable_SetValue() {
+  if (!is_nc_) {
+    if (direction_ != kOutput) {
+      options_dialog_ = std::make_shared<frmEditNVI>();
+    } else if (!type_ || type_->ISNVType_GenType() != "Struct") {
+      options_dialog_ = std::make_shared<frmEditNVO>();
+    }
+  }
+  if (!options_dialog_) RaiseError(ErrorNumber::kObjectNotSet, "an output structure has no options");
+  if (auto input = std::dynamic_pointer_cast<frmEditNVI>(options_dialog_)) {
+    input->DataPoint(shared_from_this());
+  } else if (auto output = std::dynamic_pointer_cast<frmEditNVO>(options_dialog_)) {
+    output->DataPoint(shared_from_this());
+  }
+  options_dialog_->Show();
+}
+
+std::string CNetworkVariable::INetworkVariable_XMLSave() { return ""; }
+
+std::string CNetworkVariable::IDisplayItem_DisplayText() const { return name_; }
+void CNetworkVariable::IDisplayItem_DisplayText(const std::string& /*value*/) {}
+std::string CNetworkVariable::IDisplayItem_Key() const { return point_key_; }
+int32_t CNetworkVariable::IDisplayItem_ItemType() const { return direction_ == 0 ? 1 : 2; }
+int32_t CNetworkVariable::IDisplayItem_Icon() const { return 0; }
+bool CNetworkVariable::IDisplayItem_IsWritable() const { return direction_ <= 0; }
+bool CNetworkVariable::IDisplayItem_IsTrendable() const { return false; }
+std::string CNetworkVariable::IDisplayItem_Reference() const { return ref_value_; }
+bool CNetworkVariable::IDisplayItem_IsConnected() const { return is_connected_; }
+// Only connected variables are listed.
+bool CNetworkVariable::IDisplayItem_IsDisplayable() const { return is_connected_; }
+std::shared_ptr<ISNVType> CNetworkVariable::IDisplayItem_SNVTType() const { return type_; }
+std::shared_ptr<IFields> CNetworkVariable::IDisplayItem_Fields() const { return fields_; }
+
+void CNetworkVariable::ISubItemConnable_IsConnected(bool value) {
+  if (direction_ != 0) {
+    is_connected_ = value;
+    return;
+  }
+  if (value) {
+    if (connection_count_ == std::numeric_limits<int32_t>::max()) {
+      RaiseError(ErrorNumber::kOverflow, "connection count");
+    }
+    is_connected_ = true;
+    ++connection_count_;
+    return;
+  }
+  if (connection_count_ == std::numeric_limits<int32_t>::min()) {
+    RaiseError(ErrorNumber::kOverflow, "connection count");
+  }
+  is_connected_ = connection_count_ != 1;
+  --connection_count_;
+}
+
+void CNetworkVariable::ISubItemConnable_HasPriority(bool value) { has_priority_ = value; }
+void CNetworkVariable::ISubItemConnable_IncrementalConnIndex(int32_t value) {
+  incremental_conn_index_ = value;
+}
+void CNetworkVariable::ISubItemConnable_ConnectedType(const std::string& /*value*/) {}
+int32_t CNetworkVariable::ISubItemConnable_ItemType() const { return 2; }
+std::string CNetworkVariable::ISubItemConnable_GlobalKey() const { return global_key_; }
+std::string CNetworkVariable::ISubItemConnable_Name() const { return name_; }
+std::shared_ptr<ISNVType> CNetworkVariable::ISubItemConnable_SNVTType() const { return type_; }
+
+bool CNetworkVariable::ISubItemConnable_IsSNVTCompatible(const std::string& type_name) {
+  if (type_name.empty()) return true;
+  if (!compatibles_) return false;
+  for (const auto& entry : compatibles_->ICompatibleSNVTs_NewEnum()) {
+    if (entry->ICompatibleSNVT_ID() == type_name) return true;
+  }
+  return false;
+}
+
+std::shared_ptr<ITypeOverride> CNetworkVariable::IOverridableItem_TypeOverride() const {
+  return type_override_;
+}
+
+void CNetworkVariable::IOverridableItem_TypeOverride(std::shared_ptr<ITypeOverride> value) {
+  type_override_ = std::move(value);
+}
+
+std::shared_ptr<IUnitConverter> CNetworkVariable::UnitsManager() const { return units_manager_; }
+
+// The default-warning flag is the one whose name says what it gates: it marks a variable whose
+// defaults are assumed rather than given by the profile, so its fields take "0" ("none" for
+// text) for a missing default and say so, as a configuration property's do, and they are listed
+// as item type 5 (not writable by the host), since their values are not the profile's own.
+bool CNetworkVariable::FieldDefaultsFlag() const { return default_warning_; }
+
+void CNetworkVariable::LoadFromXml(pugi::xml_node element) {
+  ContinueOnError([&] {
+    if (!element.attribute("Type")) RaiseError(ErrorNumber::kObjectNotSet, "no Type");
+    type_name_ = element.attribute("Type").value();
+  });
+  ContinueOnError([&] {
+    direction_ = std::string_view(element.attribute("Direction").value()) == "In" ? 0 : kOutput;
+  });
+  is_nc_ = false;
+  const pugi::xml_node info = element.child("ExtendedInfo");
+  const std::string location = info.attribute("Location").value();
+  int32_t x = 0;
+  int32_t y = 0;
+  ContinueOnError([&] {
+    auto utility = std::dynamic_pointer_cast<IUtility>(CreateObject("Moraface.Utility"));
+    if (!utility) RaiseError(ErrorNumber::kTypeMismatch, "Moraface.Utility");
+    utility->ParseLocation(location, x, y);
+  });
+  ContinueOnError([&] {
+    type_ = std::make_shared<CSNVTType>();
+    type_->Load(type_name_);
+  });
+  ContinueOnError([&] {
+    if (type_->ISNVType_GenType() == "Struct") BuildFields();
+  });
+  ContinueOnError([&] { MakeOptionsDialog(); });
+  x_position_ = x;
+  y_position_ = y;
+  ContinueOnError([&] {
+    if (!info) RaiseError(ErrorNumber::kObjectNotSet, "no ExtendedInfo");
+    connection_index_ = RoundToInt32(ParseNumber(info.attribute("ExportIndex").value()));
+  });
+  ContinueOnError([&] {
+    if (!element.attribute("Key")) RaiseError(ErrorNumber::kObjectNotSet, "no Key");
+    INetworkVariable_PointKey(element.attribute("Key").value());
+  });
+  ContinueOnError([&] {
+    const pugi::xml_node type_override = info.child("TypeOverride");
+    if (!type_override || !type_override.attribute("Type")) return;
+    ApplyTypeOverride(*this, fields_, type_override.attribute("Type").value(), type_override);
+  });
+}
+
+void CNetworkVariable::InitType(int32_t direction, const std::string& type_name) {
+  mandatory_ = false;
+  is_nc_ = false;
+  direction_ = direction;
+  fields_ = nullptr;
+  type_name_ = type_name;
+  type_ = std::make_shared<CSNVTType>();
+  type_->Load(type_name);
+  if (type_->ISNVType_GenType() == "Struct") BuildFields();
+}
+
+void CNetworkVariable::SetGlobalKey(const std::string& key) {
+  global_key_ = key;
+  if (!fields_) return;
+  for (const auto& entry : fields_->Items()) {
+    ContinueOnError([&] {
+      entry.item->SetGlobalKey(key);
+      entry.item->SetParent(shared_from_this());
+    });
+  }
+}
+
+void CNetworkVariable::SetIndex(int32_t index) {
+  index_ = index;
+  connection_index_ = index;
+}
+
+void CNetworkVariable::SetOwner(const std::shared_ptr<IUnknown>& profile) { owner_ = profile; }
+
+std::string CNetworkVariable::BuildNVOCompatibleList(const std::string& type_id,
+                                                     const pugi::xml_document& table) {
+  return internal::NvoTable(table).OutputsListing(type_id);
+}
+
+void CNetworkVariable::RebuildCompatibles(const internal::NvoTable& table) {
+  auto list = std::make_shared<CNVOCompatibleSNVTs>();
+  const std::string id = type_ ? type_->ISNVType_ID() : type_name_;
+  list->AddList(direction_ == kOutput ? table.CompatibleTypes(id) : table.OutputsListing(id));
+  compatibles_ = list;
+}
+
+void CNetworkVariable::SendOnDelta(const std::string& value) {
+  send_on_delta_ = value;
+  Globals::NeedSaveFlag = true;
+}
+
+void CNetworkVariable::SendOnDeltaEnabled(bool value) {
+  send_on_delta_enabled_ = value;
+  Globals::NeedSaveFlag = true;
+}
+
+void CNetworkVariable::ReceiveHeartbeat(bool value) {
+  receive_heartbeat_ = value;
+  Globals::NeedSaveFlag = true;
+}
+
+std::shared_ptr<ISNVType> CNetworkVariable::DataPointType() const { return type_; }
+std::shared_ptr<IFields> CNetworkVariable::DataPointFields() const { return fields_; }
+
+void CNetworkVariable::BuildFields() {
+  fields_ = std::make_shared<CFields>();
+  fields_->SetParent(shared_from_this());
+  int32_t position = 0;
+  fields_->BuildFromType(position, type_->ISNVType_ID(), kFieldItemType, "", true);
+  type_->SetLength(fields_->IFields_Length());
+}
+
+void CNetworkVariable::MakeOptionsDialog() {
+  if (direction_ != kOutput) {
+    options_dialog_ = std::make_shared<frmEditNVI>();
+  } else if (type_->ISNVType_GenType() != "Struct") {
+    options_dialog_ = std::make_shared<frmEditNVO>();
+  }
+}
+
+}  // namespace kolvane

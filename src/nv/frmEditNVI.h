@@ -1,0 +1,35 @@
+#pragma once
+
+#include <memory>
+#include <string>
+
+#include "dialogs/Form.h"
+
+namespace kolvane {
+
+class CNetworkVariable;
+
+// Options of an input: receive heartbeat, written as the box is clicked.
+class KOLVANE_API frmEditNVI final : public Form {
+ public:
+  std::string Caption() const override { return "Input Options"; }
+
+  // The input to edit; error 13 for anything else.
+  void DataPoint(std::shared_ptr<IUnknown> item);
+
+  // Shows the input's flag.
+  void Form_Load() override;
+  // Writes the box's state into the input.
+  void chkRcvHrtBt_Click();
+  // Closes the dialog.
+  void cmdOk_Click();
+
+  CheckBox chkRcvHrtBt{"Enable Receive HeartBeat (LON)"};
+  CommandButton cmdOk{"&Ok"};
+
+ private:
+  // The variable keeps its dialog, so the dialog holds it weakly.
+  std::weak_ptr<CNetworkVariable> variable_;
+};
+
+}  // namespace kolvane
