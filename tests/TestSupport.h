@@ -6,9 +6,12 @@
 #include <unistd.h>
 
 #include <cstdlib>
+#include <deque>
 #include <filesystem>
 #include <fstream>
+#include <functional>
 #include <memory>
+#include <sstream>
 #include <optional>
 #include <random>
 #include <string>
@@ -17,10 +20,17 @@
 
 #include <pugixml.hpp>
 
+#include "dialogs/Form.h"
+#include "fields/CField.h"
+#include "fields/CFields.h"
+#include "fields/FieldOwner.h"
 #include "foundation/Error.h"
 #include "foundation/Globals.h"
 #include "foundation/HostServices.h"
 #include "host/BuiltInComponents.h"
+#include "interfaces/IDisplayItem.h"
+#include "interfaces/ISubItemConnable.h"
+#include "interfaces/IUnitConverter.h"
 #include "types/CSNVTType.h"
 
 namespace kolvane::test {
@@ -140,5 +150,121 @@ struct YieldCounter {
   int count = 0;
   YieldHandler previous;
 };
+
+// Acts as the user: records the caption of every form it runs and runs the queued steps, one
+// per form shown, in order; with no step left a form returns at once.
+class ScriptedFormHost final : public FormHost {
+ public:
+  using Step = std::function<void(Form&)>;
+  void RunModal(Form& form) override {
+    captions.push_back(form.Caption());
+    if (steps.empty()) return;
+    Step step = std::move(steps.front());
+    steps.pop_front();
+    step(form);
+  }
+  std::deque<Step> steps;
+  std::vector<std::string> captions;
+};
+
+// Installs a ScriptedFormHost while alive, then restores the previous host.
+struct ScopedFormHost {
+  ScopedFormHost() : previous(SetFormHost(host)) {}
+  ~ScopedFormHost() { SetFormHost(std::move(previous)); }
+  const std::shared_ptr<ScriptedFormHost> host = std::make_shared<ScriptedFormHost>();
+  std::shared_ptr<FormHost> previous;
+};
+
+// Stands for the network variable (item type 2) or configuration property (3) owning fields.
+class FakeOwner final : public ISubItemConnable,
+                        public IDisplayItem,
+                        public internal::FieldOwner {
+ public:
+  explicit FakeOwner(int32_t item_type, std::string name = "Owner")
+      : item_type(item_type), name(name), global_key("G\\" + name), key(std::move(name)) {}
+
+  void ISubItemConnable_IsConnected(bool) override {}
+  void ISubItemConnable_HasPriority(bool) override {}
+  void ISubItemConnable_IncrementalConnIndex(int32_t) override {}
+  void ISubItemConnable_ConnectedType(const std::string&) override {}
+  int32_t ISubItemConnable_ItemType() const override { return item_type; }
+  std::string ISubItemConnable_GlobalKey() const override { return global_key; }
+  std::string ISubItemConnable_Name() const override { return name; }
+  std::shared_ptr<ISNVType> ISubItemConnable_SNVTType() const override { return nullptr; }
+  bool ISubItemConnable_IsSNVTCompatible(const std::string&) override { return false; }
+
+  std::string IDisplayItem_DisplayText() const override { return name; }
+  void IDisplayItem_DisplayText(const std::string&) override {}
+  std::string IDisplayItem_Key() const override { return key; }
+  int32_t IDisplayItem_ItemType() const override { return item_type == 3 ? 0 : 1; }
+  int32_t IDisplayItem_Icon() const override { return 0; }
+  bool IDisplayItem_IsWritable() const override { return true; }
+  bool IDisplayItem_IsTrendable() const override { return false; }
+  std::string IDisplayItem_Reference() const override { return ""; }
+  bool IDisplayItem_IsConnected() const override { return false; }
+  bool IDisplayItem_IsDisplayable() const override { return displayable; }
+  std::shared_ptr<ISNVType> IDisplayItem_SNVTType() const override { return nullptr; }
+  std::shared_ptr<IFields> IDisplayItem_Fields() const override { return nullptr; }
+
+  std::shared_ptr<IUnitConverter> UnitsManager() const override { return converter; }
+  bool FieldDefaultsFlag() const override { return field_defaults; }
+
+  int32_t item_type;
+  std::string name, global_key, key;
+  bool displayable = true;
+  bool field_defaults = false;
+  std::shared_ptr<IUnitConverter> converter =
+      std::dynamic_pointer_cast<IUnitConverter>(CreateObject("UnitManager.Converter"));
+};
+
+// The fields of structure type type_name for owner, built from position (advanced) and keyed
+// below the owner's global key.
+inline std::shared_ptr<CFields> BuildFields(const std::shared_ptr<FakeOwner>& owner,
+                                            const std::string& type_name,
+                                            const std::string& value_text, bool warn,
+                                            int32_t& position) {
+  auto fields = std::make_shared<CFields>();
+  fields->SetParent(owner);
+  fields->BuildFromType(position, type_name, owner->item_type, value_text, warn);
+  fields->SetGlobalKeys(owner->global_key);
+  return fields;
+}
+
+inline std::shared_ptr<CFields> BuildFields(const std::shared_ptr<FakeOwner>& owner,
+                                            const std::string& type_name,
+                                            const std::string& value_text = "",
+                                            bool warn = false) {
+  int32_t position = 0;
+  return BuildFields(owner, type_name, value_text, warn, position);
+}
+
+// The field at a dotted path ("room.fan.value") of fields, as a CField; nullptr when missing.
+inline std::shared_ptr<CField> FieldAt(const std::shared_ptr<IFields>& fields,
+                                       const std::string& path) {
+  std::shared_ptr<IFields> level = fields;
+  std::shared_ptr<IField> field;
+  std::istringstream parts(path);
+  for (std::string part; std::getline(parts, part, '.');) {
+    field = level ? level->IFields_Item(part) : nullptr;
+    if (!field) return nullptr;
+    level = field->IField_Fields();
+  }
+  return std::dynamic_pointer_cast<CField>(field);
+}
+
+// The bundled catalogue's text with extra type elements added at its end.
+inline std::string BundledCatalogueWith(const std::string& extra_types) {
+  std::ifstream file(KOLVANE_SOURCE_DIR "/examples/snvts.xml", std::ios::binary);
+  std::string text((std::istreambuf_iterator<char>(file)), std::istreambuf_iterator<char>());
+  text.insert(text.rfind("</SNVTS>"), extra_types);
+  return text;
+}
+
+// node as raw XML text, no indentation.
+inline std::string XmlText(pugi::xml_node node) {
+  std::ostringstream out;
+  node.print(out, "", pugi::format_raw);
+  return out.str();
+}
 
 }  // namespace kolvane::test

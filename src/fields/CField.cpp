@@ -52,7 +52,7 @@ std::string CField::IField_Name() const { return name_; }
 int32_t CField::IField_Index() const { return index_; }
 
 int32_t CField::IField_Offset() const {
-  if (Kind() == "Struct" && fields_) return fields_->FirstOffset();
+  if (Kind() == "Struct" && fields_ && fields_->IFields_Count() > 0) return fields_->FirstOffset();
   return offset_;
 }
 

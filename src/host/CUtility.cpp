@@ -80,9 +80,8 @@ std::string NumericDefault(const CSNVTType& type) {
 }
 
 std::string StructureDefault(const std::string& id, int depth) {
-  if (depth >= kMaxStructureDepth) {
-    RaiseError(ErrorNumber::kOutOfStackSpace, "SNVT_" + id + " nests itself");
-  }
+  // A type that contains itself ends in an empty structure.
+  if (depth >= kMaxStructureDepth) return "{}";
   std::string text = "{";
   for (pugi::xml_node field : internal::FindSnvtChild(id, "Fields").children()) {
     if (field.type() != pugi::node_element) continue;

@@ -20,7 +20,8 @@ class CUtility final : public IUtility {
   // The catalogue's "DEFAULT" child of the type when it has one (for an enumeration, given as a
   // state's value or name, the state's name). Otherwise by kind: numbers and bit fields "0"
   // (moved into the type's range when it excludes 0), an enumeration its state 0 or else its
-  // first state, a structure the brace text of its fields' defaults, anything else "".
+  // first state, a structure the brace text of its fields' defaults (a structure nested deeper
+  // than 32 levels, which only a type that contains itself makes, as "{}"), anything else "".
   std::string DefaultValue(const std::shared_ptr<ISNVType>& type) override;
 
   // "x;y" with "." or "," as decimal point; each coordinate rounded to the nearest integer,

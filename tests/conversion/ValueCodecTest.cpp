@@ -1,0 +1,173 @@
+#include "conversion/ValueCodec.h"
+
+#include "fields/CField.h"
+#include "fields/CFields.h"
+#include "types/CState.h"
+#include "types/CStates.h"
+#include "types/CTypeOverride.h"
+
+#include "../TestSupport.h"
+
+namespace kolvane {
+namespace {
+
+using test::ErrorNumberOf;
+
+// Shows every conversion, so that display units and the type's own units tell apart.
+class MarkingConverter final : public IUnitConverter {
+ public:
+  std::string ToDisplayUnits(const std::string&, const std::string& value) override {
+    return "[" + value + "]";
+  }
+  std::string FromDisplayUnits(const std::string&, const std::string& value) override {
+    return value;
+  }
+  std::string DisplayMinimum(const std::string& id) override { return "min-" + id; }
+  std::string DisplayMaximum(const std::string& id) override { return "max-" + id; }
+  std::string DisplayUnits(const std::string&) override { return "°F"; }
+  std::string DefaultValue(const std::string&) override { return ""; }
+  double TextToNumber(const std::string&) override { return 0; }
+};
+
+std::shared_ptr<ISNVType> TypeOf(const std::string& id) {
+  auto type = std::make_shared<CSNVTType>();
+  type->Load(id);
+  return type;
+}
+
+std::shared_ptr<ITypeOverride> Override(const std::string& type,
+                                        std::vector<std::pair<int16_t, std::string>> states) {
+  auto result = std::make_shared<CTypeOverride>();
+  result->ITypeOverride_OverridingType(type);
+  auto set = std::make_shared<CStates>();
+  for (auto& [value, name] : states) {
+    std::shared_ptr<iState> state = std::make_shared<CState>();
+    state->iState_Value(value);
+    state->iState_Name(name);
+    set->IStates_Add(state);
+  }
+  result->ITypeOverride_States(set);
+  return result;
+}
+
+class ValueCodecTest : public ::testing::Test {
+ protected:
+  test::ScopedDecimalSeparator point{"."};
+  test::ScopedCatalogue catalogue{KOLVANE_SOURCE_DIR "/examples/snvts.xml", true};
+};
+
+TEST_F(ValueCodecTest, NumbersShowInDisplayUnitsAndDefaultsInTheirOwn) {
+  codec::ItemTexts item{
+      "21.5", "20.5", "5", "30", TypeOf("temp_p"), nullptr, std::make_shared<MarkingConverter>()};
+  EXPECT_EQ(codec::PlainValue(item), "21.5");
+  EXPECT_EQ(codec::DisplayValue(item), "[21.5] °F");
+  EXPECT_EQ(codec::DisplayDefault(item), "20.5 °C");
+  EXPECT_EQ(codec::DisplayLimit(item, false), "min-temp_p °F");  // not the item's own 5
+  EXPECT_EQ(codec::DisplayLimit(item, true), "max-temp_p °F");
+  {
+    test::ScopedDecimalSeparator comma(",");
+    EXPECT_EQ(codec::PlainValue(item), "21,5");
+    EXPECT_EQ(codec::DisplayValue(item), "[21,5] °F");
+    EXPECT_EQ(codec::DisplayDefault(item), "20,5 °C");
+    item.value = "12,5";
+    EXPECT_EQ(codec::DisplayValue(item), "[12,5] °F");
+  }
+  item.value = "Invalid";
+  EXPECT_EQ(codec::DisplayValue(item), "Invalid");
+  EXPECT_EQ(codec::PlainValue(item), "Invalid");
+
+  item.converter = nullptr;
+  item.value = "1.5";
+  EXPECT_EQ(codec::PlainValue(item), "1.5");
+  EXPECT_EQ(ErrorNumberOf([&] { codec::DisplayValue(item); }), 91);
+  EXPECT_EQ(ErrorNumberOf([&] { codec::DisplayLimit(item, true); }), 91);
+  item.type = nullptr;
+  EXPECT_EQ(ErrorNumberOf([&] { codec::PlainValue(item); }), 91);
+  EXPECT_EQ(ErrorNumberOf([&] { codec::DisplayDefault(item); }), 91);
+}
+
+TEST_F(ValueCodecTest, OtherKindsAndStructures) {
+  test::ScopedDecimalSeparator comma(",");
+  const codec::ItemTexts state{" OC_BYPASS ",       "1",     " 0.5 ", "3",
+                               TypeOf("occupancy"), nullptr, nullptr};
+  EXPECT_EQ(codec::PlainValue(state), " OC_BYPASS ");
+  EXPECT_EQ(codec::DisplayValue(state), " OC_BYPASS ");
+  EXPECT_EQ(codec::DisplayDefault(state), "OC_UNOCCUPIED");
+  EXPECT_EQ(codec::DisplayLimit(state, false) + "|" + codec::DisplayLimit(state, true), "0,5|3");
+
+  const codec::ItemTexts text{" a.b ", " d.e ", "", "", TypeOf("str_asc"), nullptr, nullptr};
+  EXPECT_EQ(codec::PlainValue(text) + "|" + codec::DisplayValue(text) + "|" +
+                codec::DisplayDefault(text) + "|" + codec::DisplayLimit(text, false),
+            "a,b|a,b|d,e|");
+
+  codec::ItemTexts empty{"", "", "", "", TypeOf("switch"), std::make_shared<CFields>(), nullptr};
+  EXPECT_EQ(codec::PlainValue(empty) + codec::DisplayValue(empty) + codec::DisplayDefault(empty) +
+                codec::DisplayLimit(empty, true),
+            "{}{}{}{}");
+  empty.fields = nullptr;
+  EXPECT_EQ(ErrorNumberOf([&] { codec::PlainValue(empty); }), 91);
+
+  test::ScopedDecimalSeparator point(".");
+  const auto owner = std::make_shared<test::FakeOwner>(3);
+  const codec::ItemTexts lamp{"",
+                              "",
+                              "",
+                              "",
+                              TypeOf("switch"),
+                              test::BuildFields(owner, "switch", "{ 12.5  TOGGLE_ON }"),
+                              nullptr};
+  EXPECT_EQ(codec::PlainValue(lamp), "{ 12.5  TOGGLE_ON }");
+  EXPECT_EQ(codec::DisplayValue(lamp), "{ 12.5 %  TOGGLE_ON }");
+  EXPECT_EQ(codec::DisplayDefault(lamp), "{ 0 %  TOGGLE_OFF }");
+  // The state shows no limit: its blanks stay inside the braces.
+  EXPECT_EQ(codec::DisplayLimit(lamp, false), "{ 0 %   }");
+  EXPECT_EQ(codec::DisplayLimit(lamp, true), "{ 100 %   }");
+}
+
+TEST_F(ValueCodecTest, PointRecordInBothForms) {
+  codec::PointRecord record{"P7", "G\\nciSet", "nciSet", "In",    "temp_p", "21.5",
+                            120,  45.5,        3,        nullptr, nullptr};
+  pugi::xml_document document;
+  pugi::xml_node parent = document.append_child("Points");
+  EXPECT_EQ(test::XmlText(codec::WritePointRecord(document, parent, record, false)),
+            R"(<ApPoint Key="P7" Name="nciSet" Direction="In" Type="temp_p" Value="21.5" )"
+            R"(Permanent="1"><ExtendedInfo Location="120;45.5" ExportIndex="3"/></ApPoint>)");
+  test::ScopedDecimalSeparator comma(",");
+  record.type_override = Override("temp_f", {{0, "IGNORED"}});
+  EXPECT_EQ(test::XmlText(codec::WritePointRecord(document, parent, record, true)),
+            R"(<ApPoint Key="P7" ItemKey="G\nciSet" Name="nciSet" Direction="In" Type="temp_p" )"
+            R"(Value="21.5" Permanent="1"><ExtendedInfo Location="120;45,5" ExportIndex="3">)"
+            R"(<TypeOverride Type="temp_f"/></ExtendedInfo></ApPoint>)");
+  EXPECT_EQ(std::distance(parent.children().begin(), parent.children().end()), 2);
+}
+
+TEST_F(ValueCodecTest, OverridesOfTheItemAndOfNestedFields) {
+  const auto owner = std::make_shared<test::FakeOwner>(3);
+  const auto fields = test::BuildFields(owner, "40003");
+  const auto occupancy = Override("occupancy", {{0, "OC_OCCUPIED"}, {1, "OC_UNOCCUPIED"}});
+  test::FieldAt(fields, "fan_mode")->IOverridableItem_TypeOverride(Override("lev_percent", {}));
+  test::FieldAt(fields, "room.space_temp")->IOverridableItem_TypeOverride(Override("temp_f", {}));
+  test::FieldAt(fields, "room.fan.state")->IOverridableItem_TypeOverride(occupancy);
+
+  codec::PointRecord record{"K", "", "nciRoom", "In", "40003", "{}", 0, 0, 0, occupancy, fields};
+  pugi::xml_document document;
+  const pugi::xml_node point =
+      codec::WritePointRecord(document, document.append_child("Points"), record, false);
+  const std::string states =
+      R"(<States><State Value="0" Name="OC_OCCUPIED"/><State Value="1" Name="OC_UNOCCUPIED"/>)"
+      R"(</States>)";
+  EXPECT_EQ(
+      test::XmlText(point.child("ExtendedInfo")),
+      R"(<ExtendedInfo Location="0;0" ExportIndex="0">)"
+      R"(<TypeOverride Type="occupancy">)" +
+          states + "</TypeOverride>" +
+          R"(<TypeOverride Type="Struct"><Fields><Field Name="fan_mode" Type="lev_percent"/>)"
+          R"(</Fields></TypeOverride>)"
+          R"(<TypeOverride Type="Struct"><Fields><Field Name="room.space_temp" Type="temp_f"/>)"
+          R"(</Fields></TypeOverride>)"
+          R"(<TypeOverride Type="Struct"><Fields><Field Name="room.fan.state" Type="occupancy">)" +
+          states + "</Field></Fields></TypeOverride></ExtendedInfo>");
+}
+
+}  // namespace
+}  // namespace kolvane

@@ -1,0 +1,130 @@
+#include "dialogs/Form.h"
+
+#include "dialogs/ValueDialog.h"
+#include "dialogs/frmCPModif1.h"
+#include "dialogs/frmCPModif3.h"
+#include "dialogs/frmCPModif4.h"
+#include "fields/CField.h"
+#include "fields/CFields.h"
+
+#include "../TestSupport.h"
+
+namespace kolvane {
+namespace {
+
+using test::ErrorNumberOf;
+
+// Counts its events; Form_Unload cancels while cancel is set.
+class CountingForm final : public Form {
+ public:
+  std::string Caption() const override { return "Counting"; }
+  void Form_Load() override { ++loads; }
+  void Form_Unload(int16_t& Cancel) override {
+    ++unloads;
+    Cancel = cancel ? 1 : 0;
+  }
+  int loads = 0, unloads = 0;
+  bool cancel = false;
+};
+
+TEST(FormTest, ShowLoadsRunsTheHostAndUnloadsWhatIsLeftOpen) {
+  {
+    const auto previous = SetFormHost(nullptr);  // the headless host
+    CountingForm form;
+    form.Show();
+    EXPECT_EQ(std::pair(form.loads, form.unloads), std::pair(1, 1));
+    EXPECT_FALSE(form.Loaded());
+    SetFormHost(previous);
+  }
+  test::ScopedFormHost user;
+  CountingForm form;
+  bool loaded_in_step = false;
+  user.host->steps.push_back([&](Form& shown) {
+    loaded_in_step = shown.Loaded();
+    shown.Unload();
+  });
+  user.host->steps.push_back([](Form&) {});
+  form.Show();  // closed by the user: unloaded once
+  EXPECT_TRUE(loaded_in_step);
+  EXPECT_EQ(form.unloads, 1);
+  form.Show();  // left open: closed by Show
+  EXPECT_EQ(form.unloads, 2);
+  frmCPModif3 enumeration;
+  enumeration.Show();  // no step left
+  EXPECT_FALSE(enumeration.Loaded());
+  EXPECT_EQ(user.host->captions,
+            (std::vector<std::string>{"Counting", "Counting", "Enumeration Value"}));
+
+  form.cancel = true;  // a cancelled unload keeps the form loaded
+  form.Show();
+  EXPECT_TRUE(form.Loaded());
+  form.cancel = false;
+  form.Unload();
+  EXPECT_FALSE(form.Loaded());
+}
+
+class ValueDialogTest : public ::testing::Test {
+ protected:
+  test::ScopedDecimalSeparator point{"."};
+  test::ScopedCatalogue catalogue{KOLVANE_SOURCE_DIR "/examples/snvts.xml", true};
+  test::ScopedFormHost user;
+  std::shared_ptr<test::FakeOwner> owner = std::make_shared<test::FakeOwner>(3);
+  std::shared_ptr<CFields> fields = test::BuildFields(owner, "switch", "{ 50  TOGGLE_ON }");
+  std::shared_ptr<IField> level = fields->IFields_Item("value");
+  std::shared_ptr<IField> state = fields->IFields_Item("state");
+};
+
+TEST_F(ValueDialogTest, DataPointTakesOnlyWhatADialogEdits) {
+  auto dialog = std::make_shared<frmCPModif1>();
+  EXPECT_EQ(ErrorNumberOf([&] { dialog->DataPoint(owner); }), 13);
+  EXPECT_EQ(ErrorNumberOf([&] { dialog->DataPoint(nullptr); }), 13);
+  EXPECT_EQ(ErrorNumberOf([&] { dialog->DataPoint(fields); }), 13);
+  EXPECT_EQ(ErrorNumberOf([&] { dialog->DataPoint(level); }), 0);
+  frmCPModif4 structure;
+  EXPECT_EQ(ErrorNumberOf([&] { structure.DataPoint(owner); }), 13);
+  EXPECT_EQ(ErrorNumberOf([&] { structure.DataPoint(level); }), 0);
+
+  internal::DataPoint point(level);
+  EXPECT_EQ(point.Name() + "|" + point.Value(), "value|50");
+  EXPECT_EQ(point.SNVTType()->ISNVType_ID(), "lev_cont");
+  EXPECT_EQ(point.fields(), nullptr);
+}
+
+TEST_F(ValueDialogTest, LeavingADialogOpenedByTheStructureDialogRestoresTheValues) {
+  auto dialog = std::make_shared<frmCPModif1>();
+  dialog->DataPoint(level);
+  dialog->DataPoint(state);
+  dialog->CalledFramModif4(true);
+  user.host->steps.push_back([&](Form&) {
+    level->IField_Value("75");
+    state->IField_Value("TOGGLE_OFF");
+  });
+  dialog->Show();
+  EXPECT_EQ(level->IField_Value() + "|" + state->IField_Value(), "50|TOGGLE_ON");
+  EXPECT_FALSE(dialog->CalledFramModif4());
+
+  user.host->steps.push_back([&](Form&) { level->IField_Value("75"); });
+  dialog->Show();
+  EXPECT_EQ(level->IField_Value(), "75");
+
+  // The structure dialog opens a field's dialog from its own run.
+  auto inner = std::make_shared<frmCPModif1>();
+  inner->DataPoint(level);
+  user.host->steps.push_back([&](Form&) {
+    inner->CalledFramModif4(true);
+    inner->Show();
+  });
+  user.host->steps.push_back([&](Form& shown) {
+    level->IField_Value("10");
+    shown.Unload();
+  });
+  frmCPModif4 structure;
+  structure.DataPoint(fields->IFields_Item("value"));
+  structure.Show();
+  EXPECT_EQ(level->IField_Value(), "75");  // its value when the inner dialog was given it
+  EXPECT_EQ(user.host->captions, (std::vector<std::string>{"Numeric Value", "Numeric Value",
+                                                           "Structure Value", "Numeric Value"}));
+}
+
+}  // namespace
+}  // namespace kolvane
