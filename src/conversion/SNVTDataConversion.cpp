@@ -149,6 +149,12 @@ std::string ValueToRaw(const std::string& value, const std::string& kind, int32_
   return raw;
 }
 
+std::string TypedValueToRaw(const std::string& value, const ISNVType& type) {
+  return ValueToRaw(value, type.ISNVType_GenType(), type.ISNVType_Length(),
+                    RoundToInt16(type.ISNVType_ACoef()), RoundToInt16(type.ISNVType_BCoef()),
+                    RoundToInt16(type.ISNVType_CCoef()));
+}
+
 void internal::AppendValueToRaw(std::string& raw, const std::string& value,
                                 const std::string& kind, int32_t length, int16_t a, int16_t b,
                                 int16_t c) {

@@ -4,6 +4,8 @@
 #include <cstdint>
 #include <string>
 
+#include "interfaces/ISNVType.h"
+
 // Value texts to the raw bytes a device holds, written as upper-case hexadecimal text (two digits
 // per byte, most significant first), and the decimal-separator handling of number texts. No state
 // of its own; reads Globals::DecimalSeparator. Not visible to a host.
@@ -24,6 +26,10 @@ std::string EnumStateName(const std::string& value, const std::string& descripti
 // (value = A * 10^B * (raw + C)). Never raises: on an error it returns what it had built.
 std::string ValueToRaw(const std::string& value, const std::string& kind, int32_t length,
                        int16_t a, int16_t b, int16_t c);
+
+// ValueToRaw with the kind, length and coefficients of type (coefficients as 16-bit integers,
+// error 6 beyond that range).
+std::string TypedValueToRaw(const std::string& value, const ISNVType& type);
 
 // The hexadecimal bytes of a number text (count bytes of a numeric or bit-field kind, 4 for
 // "Float", 1 for "Enum") or of a text's characters ("Textual"). Never raises: an unreadable

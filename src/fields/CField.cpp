@@ -1,7 +1,5 @@
 #include "fields/CField.h"
 
-#include <limits>
-
 #include "conversion/SNVTDataConversion.h"
 #include "conversion/ValueCodec.h"
 #include "dialogs/frmCPModif1.h"
@@ -10,6 +8,7 @@
 #include "dialogs/frmCPModif4.h"
 #include "dialogs/frmCPModif5.h"
 #include "fields/CFields.h"
+#include "foundation/ConnectionCount.h"
 #include "foundation/ContinueOnError.h"
 #include "foundation/Error.h"
 #include "foundation/HostServices.h"
@@ -204,19 +203,7 @@ std::shared_ptr<ISNVType> CField::IDisplayItem_SNVTType() const { return type_; 
 std::shared_ptr<IFields> CField::IDisplayItem_Fields() const { return fields_; }
 
 void CField::ISubItemConnable_IsConnected(bool value) {
-  if (value) {
-    if (connection_count_ == std::numeric_limits<int32_t>::max()) {
-      RaiseError(ErrorNumber::kOverflow, "connection count");
-    }
-    ++connection_count_;
-    is_connected_ = true;
-    return;
-  }
-  if (connection_count_ == std::numeric_limits<int32_t>::min()) {
-    RaiseError(ErrorNumber::kOverflow, "connection count");
-  }
-  --connection_count_;
-  is_connected_ = connection_count_ != 0;
+  internal::CountConnection(value, connection_count_, is_connected_);
 }
 
 void CField::ISubItemConnable_HasPriority(bool /*value*/) {}
@@ -390,19 +377,13 @@ void CField::SaveValueToXml(pugi::xml_document& document, pugi::xml_node parent)
 std::string CField::RawText() const {
   if (Kind() == "Struct") return fields_ ? fields_->RawText() : "";
   if (!type_) RaiseError(ErrorNumber::kObjectNotSet, "the field has no type");
-  return SNVTDataConversion::ValueToRaw(value_, type_->ISNVType_GenType(), type_->ISNVType_Length(),
-                                        RoundToInt16(type_->ISNVType_ACoef()),
-                                        RoundToInt16(type_->ISNVType_BCoef()),
-                                        RoundToInt16(type_->ISNVType_CCoef()));
+  return SNVTDataConversion::TypedValueToRaw(value_, *type_);
 }
 
 std::string CField::InvalidRawText() const {
   if (Kind() == "Struct") return fields_ ? fields_->InvalidRawText() : "";
   if (!type_) RaiseError(ErrorNumber::kObjectNotSet, "the field has no type");
-  return SNVTDataConversion::ValueToRaw(
-      type_->ISNVType_InvalidValue(), type_->ISNVType_GenType(), type_->ISNVType_Length(),
-      RoundToInt16(type_->ISNVType_ACoef()), RoundToInt16(type_->ISNVType_BCoef()),
-      RoundToInt16(type_->ISNVType_CCoef()));
+  return SNVTDataConversion::TypedValueToRaw(type_->ISNVType_InvalidValue(), *type_);
 }
 
 std::string CField::Kind() const { return type_ ? type_->ISNVType_GenType() : ""; }

@@ -119,6 +119,17 @@ void CFields::SaveValuesToXml(pugi::xml_document& document, pugi::xml_node paren
   for (const auto& entry : items_) entry.item->SaveValueToXml(document, parent);
 }
 
+bool CFields::AnyConnected() const {
+  bool connected = false;
+  ContinueOnError([&] {
+    for (int32_t i = 1; i <= IFields_Count() && !connected; ++i) {
+      const auto field = IFields_Item(std::to_string(i));
+      connected = field && field->IField_IsConnected();
+    }
+  });
+  return connected;
+}
+
 std::string CFields::RawText() const {
   std::string raw;
   for (const auto& entry : items_) raw += entry.item->RawText();

@@ -47,6 +47,9 @@ class CFields final : public IFields {
   void ExportToXml(pugi::xml_document& document, pugi::xml_node parent);
   // Writes every field's value under parent.
   void SaveValuesToXml(pugi::xml_document& document, pugi::xml_node parent);
+  // True when a field, asked by position "1" to the count, is connected (errors end the
+  // asking with the answer so far).
+  bool AnyConnected() const;
   // The fields' raw texts joined, in order.
   std::string RawText() const;
   // The fields' invalid raw texts joined, in order.

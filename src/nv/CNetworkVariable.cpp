@@ -1,11 +1,10 @@
 #include "nv/CNetworkVariable.h"
 
-#include <limits>
-
 #include "conversion/SNVTDataConversion.h"
 #include "conversion/ValueCodec.h"
 #include "fields/CField.h"
 #include "fields/CFields.h"
+#include "foundation/ConnectionCount.h"
 #include "foundation/ContinueOnError.h"
 #include "foundation/Error.h"
 #include "foundation/Globals.h"
@@ -155,15 +154,7 @@ void CNetworkVariable::INetworkVariable_SetSnvtType(const std::string& type_name
 
 bool CNetworkVariable::INetworkVariable_IsConnected() const {
   if (direction_ == kOutput || is_connected_) return is_connected_;
-  bool connected = false;
-  ContinueOnError([&] {
-    if (!fields_) return;
-    for (int32_t i = 1; i <= fields_->IFields_Count() && !connected; ++i) {
-      const auto field = fields_->IFields_Item(std::to_string(i));
-      connected = field && field->IField_IsConnected();
-    }
-  });
-  return connected;
+  return fields_ && fields_->AnyConnected();
 }
 
 std::string CNetworkVariable::INetworkVariable_Value() {
@@ -213,21 +204,13 @@ std::string CNetworkVariable::INetworkVariable_DispMax() const {
 std::string CNetworkVariable::INetworkVariable_RawValue() const {
   if (fields_) return fields_->RawText();
   if (!type_) RaiseError(ErrorNumber::kObjectNotSet, "the variable has no type");
-  return SNVTDataConversion::ValueToRaw(value_, type_->ISNVType_GenType(),
-                                        type_->ISNVType_Length(),
-                                        RoundToInt16(type_->ISNVType_ACoef()),
-                                        RoundToInt16(type_->ISNVType_BCoef()),
-                                        RoundToInt16(type_->ISNVType_CCoef()));
+  return SNVTDataConversion::TypedValueToRaw(value_, *type_);
 }
 
 std::string CNetworkVariable::INetworkVariable_InvalidRaw() const {
   if (fields_) return fields_->InvalidRawText();
   if (!type_) RaiseError(ErrorNumber::kObjectNotSet, "the variable has no type");
-  return SNVTDataConversion::ValueToRaw(type_->ISNVType_InvalidValue(),
-                                        type_->ISNVType_GenType(), type_->ISNVType_Length(),
-                                        RoundToInt16(type_->ISNVType_ACoef()),
-                                        RoundToInt16(type_->ISNVType_BCoef()),
-                                        RoundToInt16(type_->ISNVType_CCoef()));
+  return SNVTDataConversion::TypedValueToRaw(type_->ISNVType_InvalidValue(), *type_);
 }
 
 void CNetworkVariable::INetworkVariable_SetValue() {
@@ -268,19 +251,7 @@ void CNetworkVariable::ISubItemConnable_IsConnected(bool value) {
     is_connected_ = value;
     return;
   }
-  if (value) {
-    if (connection_count_ == std::numeric_limits<int32_t>::max()) {
-      RaiseError(ErrorNumber::kOverflow, "connection count");
-    }
-    is_connected_ = true;
-    ++connection_count_;
-    return;
-  }
-  if (connection_count_ == std::numeric_limits<int32_t>::min()) {
-    RaiseError(ErrorNumber::kOverflow, "connection count");
-  }
-  is_connected_ = connection_count_ != 1;
-  --connection_count_;
+  internal::CountConnection(value, connection_count_, is_connected_);
 }
 
 void CNetworkVariable::ISubItemConnable_HasPriority(bool value) { has_priority_ = value; }

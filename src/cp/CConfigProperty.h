@@ -1,0 +1,193 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string>
+
+#include <pugixml.hpp>
+
+#include "dialogs/DataPoint.h"
+#include "dialogs/Form.h"
+#include "fields/FieldOwner.h"
+#include "interfaces/IConfigProperty.h"
+#include "interfaces/IDisplayItem.h"
+#include "interfaces/IOverridableItem.h"
+#include "interfaces/ISubItemConnable.h"
+#include "interfaces/IUnitConverter.h"
+
+namespace kolvane {
+
+class CFields;
+class CSNVTType;
+
+// One configuration property of a profile.
+class CConfigProperty final : public IConfigProperty,
+                              public IDisplayItem,
+                              public IOverridableItem,
+                              public ISubItemConnable,
+                              public internal::FieldOwner,
+                              public internal::DataPointItem,
+                              public std::enable_shared_from_this<CConfigProperty> {
+ public:
+  // Creates the units converter ("UnitManager.Converter"); error 429 without one.
+  CConfigProperty();
+  ~CConfigProperty() override;
+
+  // IConfigProperty
+  std::string IConfigProperty_Name() const override;
+  void IConfigProperty_Name(const std::string& value) override;
+  std::string IConfigProperty_Value() const override;
+  void IConfigProperty_Value(const std::string& value) override;
+  std::string IConfigProperty_DispValue() const override;
+  std::string IConfigProperty_DispDefault() const override;
+  std::string IConfigProperty_DispMin() const override;
+  std::string IConfigProperty_DispMax() const override;
+  std::string IConfigProperty_DefaultValue() const override;
+  std::string IConfigProperty_RefValue() const override;
+  void IConfigProperty_RefValue(const std::string& value) override;
+  std::string IConfigProperty_RawValue() const override;
+  void IConfigProperty_SetValue() override;
+  void IConfigProperty_SetSnvtType(const std::string& type_name) override;
+  std::shared_ptr<ISNVType> IConfigProperty_SNVTType() const override;
+  std::shared_ptr<IFields> IConfigProperty_Fields() const override;
+  int32_t IConfigProperty_Index() const override;
+  std::string IConfigProperty_GlobalKey() const override;
+  std::string IConfigProperty_ExtendedKey() const override;
+  std::string IConfigProperty_Tag() const override;
+  void IConfigProperty_Tag(const std::string& value) override;
+  std::string IConfigProperty_IndexInFile() const override;
+  void IConfigProperty_IndexInFile(const std::string& value) override;
+  std::string IConfigProperty_PointKey() const override;
+  void IConfigProperty_PointKey(const std::string& value) override;
+  int32_t IConfigProperty_ConnectionIndex() const override;
+  void IConfigProperty_ConnectionIndex(int32_t value) override;
+  int32_t IConfigProperty_IncrementalConnIndex() const override;
+  void IConfigProperty_IncrementalConnIndex(int32_t value) override;
+  double IConfigProperty_XPosition() const override;
+  void IConfigProperty_XPosition(double value) override;
+  double IConfigProperty_YPosition() const override;
+  void IConfigProperty_YPosition(double value) override;
+  std::shared_ptr<ICompatibleSNVTs> IConfigProperty_AvailableTypes() const override;
+  void IConfigProperty_AvailableTypes(std::shared_ptr<ICompatibleSNVTs> value) override;
+  int32_t IConfigProperty_NodeType() const override;
+  bool IConfigProperty_IsConnected() const override;
+  bool IConfigProperty_IsArrayForFW() const override;
+  bool IConfigProperty_IsStructForFW() const override;
+  bool IConfigProperty_Mandatory() const override;
+
+  // IDisplayItem
+  std::string IDisplayItem_DisplayText() const override;
+  void IDisplayItem_DisplayText(const std::string& value) override;
+  std::string IDisplayItem_Key() const override;
+  int32_t IDisplayItem_ItemType() const override;
+  int32_t IDisplayItem_Icon() const override;
+  bool IDisplayItem_IsWritable() const override;
+  bool IDisplayItem_IsTrendable() const override;
+  std::string IDisplayItem_Reference() const override;
+  bool IDisplayItem_IsConnected() const override;
+  bool IDisplayItem_IsDisplayable() const override;
+  std::shared_ptr<ISNVType> IDisplayItem_SNVTType() const override;
+  std::shared_ptr<IFields> IDisplayItem_Fields() const override;
+
+  // IOverridableItem
+  std::shared_ptr<ITypeOverride> IOverridableItem_TypeOverride() const override;
+  void IOverridableItem_TypeOverride(std::shared_ptr<ITypeOverride> value) override;
+
+  // ISubItemConnable
+  void ISubItemConnable_IsConnected(bool value) override;
+  void ISubItemConnable_HasPriority(bool value) override;
+  void ISubItemConnable_IncrementalConnIndex(int32_t value) override;
+  void ISubItemConnable_ConnectedType(const std::string& value) override;
+  int32_t ISubItemConnable_ItemType() const override;
+  std::string ISubItemConnable_GlobalKey() const override;
+  std::string ISubItemConnable_Name() const override;
+  std::shared_ptr<ISNVType> ISubItemConnable_SNVTType() const override;
+  bool ISubItemConnable_IsSNVTCompatible(const std::string& type_name) override;
+
+  // The units converter made for this property.
+  std::shared_ptr<IUnitConverter> UnitsManager() const override;
+
+  // Loads the property from its element of the profile document: type ("SNVTType", else the
+  // fallback), default ("Default" or "Value"), bounds, fields, and the editor of its kind.
+  // Steps that fail are skipped; a missing type or default is reported in a "Warning" box.
+  void LoadFromXml(const std::shared_ptr<IUnknown>& profile, pugi::xml_node element,
+                   const std::string& fallback_type);
+  // Loads the property from an exported point record ("Type", "Value", "Key", ExtendedInfo).
+  void LoadFromPointRecord(pugi::xml_node element);
+  // Appends the property's element (the form LoadFromXml reads) to parent.
+  pugi::xml_node WriteXml(pugi::xml_document& document, pugi::xml_node parent) const;
+  // The text handed to the schedule editor: one "FIELD" element, with "FIELDS" for a structure.
+  std::string ScheduleExchangeText() const;
+  // Takes the values of a text returned by the schedule editor; a text that is not XML changes
+  // nothing.
+  void ApplyScheduleExchangeText(const std::string& text);
+
+  // True for a type identifier from "40000" to below "49999", compared as text.
+  static bool IsUserTypeId(const std::string& id);
+
+  // Sets Index and ConnectionIndex.
+  void SetIndex(int32_t index);
+  // Stores the global key and hands it to every field.
+  void SetGlobalKey(const std::string& key);
+  // The profile that owns the property (held weakly).
+  void SetProfile(const std::shared_ptr<IUnknown>& profile);
+  std::shared_ptr<IUnknown> Profile() const { return profile_.lock(); }
+  // An instance property keeps its name unique within its collection.
+  bool Instance() const { return instance_; }
+  void Instance(bool value) { instance_ = value; }
+  // The warning flag: set when a default had to be assumed; written as "DefaultWarning".
+  bool DefaultWarning() const { return default_warning_; }
+  std::string Sisd() const { return sisd_; }
+  void Sisd(const std::string& value) { sisd_ = value; }
+  // The dialog that edits the value, made for the type's kind; nullptr for an unknown kind.
+  std::shared_ptr<Form> Editor() const { return editor_; }
+
+  // internal::DataPointItem
+  std::string DataPointValue() override { return IConfigProperty_Value(); }
+  void DataPointValue(const std::string& value) override { IConfigProperty_Value(value); }
+  std::string DataPointName() const override { return name_; }
+  std::shared_ptr<ISNVType> DataPointType() const override;
+  std::shared_ptr<IFields> DataPointFields() const override;
+
+ private:
+  // Loads the type, sets bounds and default from the candidates, builds fields (with their
+  // values from element, when there is one) and makes the editor.
+  // Warnings about assumed defaults are shown only for a property read from a profile.
+  void InitType(const std::string& default_candidate, const std::string& min_candidate,
+                const std::string& max_candidate, pugi::xml_node element, bool warn);
+  void ShowEditor();
+  void EditSchedule();
+
+  std::string name_;
+  std::string type_name_;
+  std::string value_;
+  std::string default_value_;
+  std::string minimum_;
+  std::string maximum_;
+  std::string global_key_;
+  std::string tag_;
+  std::shared_ptr<CSNVTType> type_;
+  std::shared_ptr<CFields> fields_;
+  int32_t index_ = 0;
+  std::shared_ptr<Form> editor_;
+  bool default_warning_ = false;
+  std::string sisd_;
+  std::string index_in_file_;
+  std::string point_key_;
+  int32_t connection_index_ = 0;
+  int32_t incremental_conn_index_ = 0;
+  double x_position_ = 0;
+  double y_position_ = 0;
+  std::string ref_value_;
+  std::shared_ptr<ICompatibleSNVTs> available_types_;
+  std::shared_ptr<ITypeOverride> type_override_;
+  std::shared_ptr<IUnitConverter> units_manager_;
+  bool is_connected_ = false;
+  int32_t connection_count_ = 0;
+  bool has_priority_ = false;
+  bool mandatory_ = false;
+  bool instance_ = false;
+  std::weak_ptr<IUnknown> profile_;
+};
+
+}  // namespace kolvane
