@@ -23,6 +23,7 @@
 #include "interfaces/INetworkVariables.h"
 #include "interfaces/IOverridableItem.h"
 #include "interfaces/ISNVType.h"
+#include "interfaces/IProfile.h"
 #include "interfaces/IScheduleEditor.h"
 #include "interfaces/IStates.h"
 #include "interfaces/ISubItemConnable.h"
@@ -30,6 +31,7 @@
 #include "interfaces/IUnitConverter.h"
 #include "interfaces/IUnknown.h"
 #include "interfaces/IUtility.h"
+#include "interfaces/IXIFAndTypesGen.h"
 #include "interfaces/iState.h"
 #include "nv/frmEditNVI.h"
 #include "nv/frmEditNVO.h"
@@ -38,3 +40,16 @@
 #include "types/CState.h"
 #include "types/CStates.h"
 #include "types/CTypeOverride.h"
+
+namespace kolvane {
+
+// Creates a profile: detects the user's decimal separator, reads "profile.ini" beside the
+// library and makes the two empty collections. Hand it the documents, then load:
+//
+//   auto profile = kolvane::CreateProfile();
+//   profile->Iprofile_SetXmlDomDocs(catalogue, nvo_table);
+//   std::string name;
+//   profile->IProfile_FriendSet(document, name, nullptr, catalogue, nvo_table, "");
+KOLVANE_API std::shared_ptr<IProfile> CreateProfile();
+
+}  // namespace kolvane

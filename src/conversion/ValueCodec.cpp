@@ -134,6 +134,11 @@ pugi::xml_node WritePointRecord(pugi::xml_document& document, pugi::xml_node par
   SetAttribute(point, "Type", record.type_id);
   SetAttribute(point, "Value", record.value);
   SetAttribute(point, "Permanent", "1");
+  if (interoperability) {
+    for (const auto& [name, value] : record.interoperability_attributes) {
+      SetAttribute(point, name.c_str(), value);
+    }
+  }
 
   pugi::xml_node info = mXML::AppendXmlElement(document, point, "ExtendedInfo",
                                                mXML::kNoTextField);

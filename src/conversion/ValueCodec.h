@@ -4,6 +4,8 @@
 #include <functional>
 #include <memory>
 #include <string>
+#include <utility>
+#include <vector>
 
 #include <pugixml.hpp>
 
@@ -77,6 +79,8 @@ struct PointRecord {
   int32_t export_index = 0;
   std::shared_ptr<ITypeOverride> type_override;
   std::shared_ptr<IFields> fields;
+  // Further attributes of the interoperability form, written after "Permanent".
+  std::vector<std::pair<std::string, std::string>> interoperability_attributes;
 };
 
 // Appends one "ApPoint" element to parent (the stored form, or the interoperability form with

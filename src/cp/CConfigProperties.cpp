@@ -20,13 +20,18 @@ constexpr char kBaseKey[] = "PGeneric_Profile\\CPS";
 std::shared_ptr<IConfigProperty> CConfigProperties::IConfigProperties_AddCP(
     const std::string& name, const std::shared_ptr<pugi::xml_document>& /*document*/,
     pugi::xml_node element) {
+  return AddFromXml(name, element, profile_.lock());
+}
+
+std::shared_ptr<CConfigProperty> CConfigProperties::AddFromXml(
+    const std::string& name, pugi::xml_node element, const std::shared_ptr<IUnknown>& profile) {
   std::shared_ptr<CConfigProperty> added;
   ContinueOnError([&] {
     Globals::NeedSaveFlag = true;
     const std::string key = NextKey();
     auto property = std::make_shared<CConfigProperty>();
     property->IConfigProperty_Name(name);
-    property->LoadFromXml(profile_.lock(), element, "");
+    property->LoadFromXml(profile, element, "");
     property->Instance(false);
     added = Append(key, property);
   });

@@ -34,6 +34,9 @@ class CConfigProperties final : public IConfigProperties {
 
   // The owning profile (held weakly); it hears of every change.
   void SetProfile(const std::shared_ptr<IUnknown>& profile);
+  // Creates a property from its element of a full profile document (as AddCP, for profile).
+  std::shared_ptr<CConfigProperty> AddFromXml(const std::string& name, pugi::xml_node element,
+                                              const std::shared_ptr<IUnknown>& profile);
   // Creates a property from an exported point record (see CConfigProperty::LoadFromPointRecord)
   // and appends it; name receives the name as finally fixed. nullptr when a step fails.
   std::shared_ptr<CConfigProperty> AddFromExport(std::string& name, pugi::xml_node element,

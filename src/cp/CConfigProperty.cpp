@@ -343,6 +343,22 @@ void CConfigProperty::InitType(const std::string& default_candidate,
   }
 }
 
+codec::PointRecord CConfigProperty::PointRecord() const {
+  codec::PointRecord record;
+  record.key = point_key_;
+  record.global_key = global_key_;
+  record.name = name_;
+  record.direction = "In";
+  record.type_id = type_ ? type_->ISNVType_ID() : type_name_;
+  record.value = IConfigProperty_Value();
+  record.x = x_position_;
+  record.y = y_position_;
+  record.export_index = connection_index_;
+  record.type_override = type_override_;
+  record.fields = fields_;
+  return record;
+}
+
 pugi::xml_node CConfigProperty::WriteXml(pugi::xml_document& document,
                                          pugi::xml_node parent) const {
   pugi::xml_node element = mXML::AppendXmlElement(document, parent, name_, mXML::kNoTextField);

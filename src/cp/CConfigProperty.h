@@ -6,6 +6,7 @@
 
 #include <pugixml.hpp>
 
+#include "conversion/ValueCodec.h"
 #include "dialogs/DataPoint.h"
 #include "dialogs/Form.h"
 #include "fields/FieldOwner.h"
@@ -114,6 +115,8 @@ class CConfigProperty final : public IConfigProperty,
                    const std::string& fallback_type);
   // Loads the property from an exported point record ("Type", "Value", "Key", ExtendedInfo).
   void LoadFromPointRecord(pugi::xml_node element);
+  // The property's "ApPoint" record (direction "In").
+  codec::PointRecord PointRecord() const;
   // Appends the property's element (the form LoadFromXml reads) to parent.
   pugi::xml_node WriteXml(pugi::xml_document& document, pugi::xml_node parent) const;
   // The text handed to the schedule editor: one "FIELD" element, with "FIELDS" for a structure.

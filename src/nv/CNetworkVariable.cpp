@@ -373,6 +373,28 @@ void CNetworkVariable::RebuildCompatibles(const internal::NvoTable& table) {
   compatibles_ = list;
 }
 
+codec::PointRecord CNetworkVariable::PointRecord() {
+  codec::PointRecord record;
+  record.key = point_key_;
+  record.global_key = global_key_;
+  record.name = name_;
+  record.direction = direction_ == 0 ? "In" : "Out";
+  record.type_id = type_ ? type_->ISNVType_ID() : type_name_;
+  record.value = INetworkVariable_Value();
+  record.x = x_position_;
+  record.y = y_position_;
+  record.export_index = connection_index_;
+  record.type_override = type_override_;
+  record.fields = fields_;
+  auto& extra = record.interoperability_attributes;
+  if (direction_ == 0 && receive_heartbeat_) extra.emplace_back("RcvHrtBtEnable", "1");
+  if (direction_ != 0 && send_on_delta_enabled_) extra.emplace_back("SendOnDelta", send_on_delta_);
+  if (is_nc_) extra.emplace_back("IsNC", "1");
+  if (default_warning_) extra.emplace_back("DefaultWarning", "1");
+  if (!sisd_.empty()) extra.emplace_back("SISD", sisd_);
+  return record;
+}
+
 void CNetworkVariable::SendOnDelta(const std::string& value) {
   send_on_delta_ = value;
   Globals::NeedSaveFlag = true;

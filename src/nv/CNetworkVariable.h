@@ -6,6 +6,7 @@
 
 #include <pugixml.hpp>
 
+#include "conversion/ValueCodec.h"
 #include "dialogs/DataPoint.h"
 #include "dialogs/Form.h"
 #include "fields/FieldOwner.h"
@@ -135,6 +136,10 @@ class CNetworkVariable final : public INetworkVariable,
   // Rebuilds SNVTCompatibles: an output's from its table entry, an input's from the outputs
   // that list its type.
   void RebuildCompatibles(const internal::NvoTable& table);
+
+  // The variable's "ApPoint" record: direction "In" or "Out"; the interoperability form adds
+  // the options that are set ("RcvHrtBtEnable", "SendOnDelta", "IsNC", "DefaultWarning", "SISD").
+  codec::PointRecord PointRecord();
 
   // Send-on-delta threshold text and flag of an output, receive heartbeat of an input; setting
   // any of them marks the profile as needing saving.

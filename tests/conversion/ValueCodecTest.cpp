@@ -126,7 +126,7 @@ TEST_F(ValueCodecTest, OtherKindsAndStructures) {
 
 TEST_F(ValueCodecTest, PointRecordInBothForms) {
   codec::PointRecord record{"P7", "G\\nciSet", "nciSet", "In",    "temp_p", "21.5",
-                            120,  45.5,        3,        nullptr, nullptr};
+                            120,  45.5,        3,        nullptr, nullptr, {}};
   pugi::xml_document document;
   pugi::xml_node parent = document.append_child("Points");
   EXPECT_EQ(test::XmlText(codec::WritePointRecord(document, parent, record, false)),
@@ -149,7 +149,7 @@ TEST_F(ValueCodecTest, OverridesOfTheItemAndOfNestedFields) {
   test::FieldAt(fields, "room.space_temp")->IOverridableItem_TypeOverride(Override("temp_f", {}));
   test::FieldAt(fields, "room.fan.state")->IOverridableItem_TypeOverride(occupancy);
 
-  codec::PointRecord record{"K", "", "nciRoom", "In", "40003", "{}", 0, 0, 0, occupancy, fields};
+  codec::PointRecord record{"K", "", "nciRoom", "In", "40003", "{}", 0, 0, 0, occupancy, fields, {}};
   pugi::xml_document document;
   const pugi::xml_node point =
       codec::WritePointRecord(document, document.append_child("Points"), record, false);
