@@ -188,8 +188,7 @@ void internal::AppendValueToRaw(std::string& raw, const std::string& value,
     }
     AppendHexBytes(raw, NormalizeDecimal(value), 4, kind);
   } else if (kind == "Enum") {
-    auto utility = std::dynamic_pointer_cast<IUtility>(CreateObject(kUtilityProgId));
-    if (!utility) RaiseError(ErrorNumber::kTypeMismatch, kUtilityProgId);
+    auto utility = CreateObjectAs<IUtility>(kUtilityProgId);
     AppendHexBytes(raw, std::to_string(utility->EnumStateNumber(value)), 1, kind);
   } else {
     AppendHexBytes(raw, NormalizeDecimal(value), length, kind);

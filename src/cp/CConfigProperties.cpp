@@ -1,11 +1,13 @@
 #include "cp/CConfigProperties.h"
 
+#include <functional>
 #include <limits>
 
 #include "cp/CConfigProperty.h"
 #include "foundation/ContinueOnError.h"
 #include "foundation/Error.h"
 #include "foundation/Globals.h"
+#include "foundation/ItemLookup.h"
 #include "foundation/Numbers.h"
 #include "foundation/ProfileOwner.h"
 
@@ -25,17 +27,9 @@ std::shared_ptr<IConfigProperty> CConfigProperties::IConfigProperties_AddCP(
 
 std::shared_ptr<CConfigProperty> CConfigProperties::AddFromXml(
     const std::string& name, pugi::xml_node element, const std::shared_ptr<IUnknown>& profile) {
-  std::shared_ptr<CConfigProperty> added;
-  ContinueOnError([&] {
-    Globals::NeedSaveFlag = true;
-    const std::string key = NextKey();
-    auto property = std::make_shared<CConfigProperty>();
-    property->IConfigProperty_Name(name);
-    property->LoadFromXml(profile, element, "");
-    property->Instance(false);
-    added = Append(key, property);
+  return AddLoaded(name, [&](CConfigProperty& property) {
+    property.LoadFromXml(profile, element, "");
   });
-  return added;
 }
 
 std::shared_ptr<IConfigProperty> CConfigProperties::IConfigProperties_AddNewCP(
@@ -59,21 +53,15 @@ std::shared_ptr<IConfigProperty> CConfigProperties::IConfigProperties_AddNewCP(
 
 std::shared_ptr<IConfigProperty> CConfigProperties::IConfigProperties_Item(
     const std::string& key) const {
-  if (const auto* property = items_.Find(key)) return *property;
-  int32_t position = 0;
-  if (ContinueOnError([&] { position = RoundToInt32(LeadingNumber(key)); }) != 0) return nullptr;
-  if (position < 1 || position > items_.Count()) return nullptr;
-  return items_.ItemAt(position);
+  const auto* property = internal::FindByKeyOrPosition(items_, key);
+  return property ? *property : nullptr;
 }
 
 int32_t CConfigProperties::IConfigProperties_Count() const { return items_.Count(); }
 
 std::vector<std::shared_ptr<IConfigProperty>> CConfigProperties::IConfigProperties_NewEnum()
     const {
-  std::vector<std::shared_ptr<IConfigProperty>> properties;
-  properties.reserve(static_cast<size_t>(items_.Count()));
-  for (const auto& entry : items_) properties.push_back(entry.item);
-  return properties;
+  return items_.Values<std::shared_ptr<IConfigProperty>>();
 }
 
 void CConfigProperties::IConfigProperties_Remove(
@@ -115,17 +103,25 @@ void CConfigProperties::SetProfile(const std::shared_ptr<IUnknown>& profile) {
 
 std::shared_ptr<CConfigProperty> CConfigProperties::AddFromExport(
     std::string& name, pugi::xml_node element, const std::shared_ptr<IUnknown>& profile) {
+  auto added = AddLoaded(name, [&](CConfigProperty& property) {
+    property.SetProfile(profile);
+    property.LoadFromPointRecord(element);
+  });
+  if (added) name = added->IConfigProperty_Name();
+  return added;
+}
+
+std::shared_ptr<CConfigProperty> CConfigProperties::AddLoaded(
+    const std::string& name, const std::function<void(CConfigProperty&)>& load) {
   std::shared_ptr<CConfigProperty> added;
   ContinueOnError([&] {
     Globals::NeedSaveFlag = true;
     const std::string key = NextKey();
     auto property = std::make_shared<CConfigProperty>();
     property->IConfigProperty_Name(name);
-    property->SetProfile(profile);
-    property->LoadFromPointRecord(element);
+    load(*property);
     property->Instance(false);
     added = Append(key, property);
-    name = property->IConfigProperty_Name();
   });
   return added;
 }

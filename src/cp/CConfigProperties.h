@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
@@ -49,6 +50,10 @@ class CConfigProperties final : public IConfigProperties {
 
  private:
   std::string NextKey();
+  // Makes a property, loads it with load and appends it (the steps AddCP and the export path
+  // share); nullptr when a step fails.
+  std::shared_ptr<CConfigProperty> AddLoaded(const std::string& name,
+                                             const std::function<void(CConfigProperty&)>& load);
   void NotifyProfile() const;
   // Steps shared by the profile and the export path once the property is loaded.
   std::shared_ptr<CConfigProperty> Append(const std::string& key,

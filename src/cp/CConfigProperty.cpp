@@ -32,13 +32,6 @@ constexpr int32_t kItemType = 3;
 constexpr char kScheduleEditor[] = "Brask.Ondo.UI.SchedulerEditor.SchedulerFace";
 constexpr const char* kScheduleTypes[] = {"40050", "40051", "40060", "40061", "40070"};
 
-std::shared_ptr<IUnitConverter> MakeConverter() {
-  auto converter =
-      std::dynamic_pointer_cast<IUnitConverter>(CreateObject("UnitManager.Converter"));
-  if (!converter) RaiseError(ErrorNumber::kTypeMismatch, "UnitManager.Converter");
-  return converter;
-}
-
 bool IsScheduleType(const std::string& id) {
   for (const char* schedule : kScheduleTypes) {
     if (id == schedule) return true;
@@ -68,15 +61,15 @@ void AppendExchangeField(pugi::xml_node parent, const std::string& name, const I
 
 }  // namespace
 
-CConfigProperty::CConfigProperty() : units_manager_(MakeConverter()) {}
+CConfigProperty::CConfigProperty()
+    : units_manager_(CreateObjectAs<IUnitConverter>("UnitManager.Converter")) {}
 CConfigProperty::~CConfigProperty() = default;
 
 std::string CConfigProperty::IConfigProperty_Name() const { return name_; }
 void CConfigProperty::IConfigProperty_Name(const std::string& value) { name_ = value; }
 
 std::string CConfigProperty::IConfigProperty_Value() const {
-  return codec::PlainValue({value_, default_value_, minimum_, maximum_, type_, fields_,
-                            units_manager_});
+  return codec::PlainValue(Texts());
 }
 
 void CConfigProperty::IConfigProperty_Value(const std::string& value) {
@@ -85,23 +78,19 @@ void CConfigProperty::IConfigProperty_Value(const std::string& value) {
 }
 
 std::string CConfigProperty::IConfigProperty_DispValue() const {
-  return codec::DisplayValue({value_, default_value_, minimum_, maximum_, type_, fields_,
-                              units_manager_});
+  return codec::DisplayValue(Texts());
 }
 
 std::string CConfigProperty::IConfigProperty_DispDefault() const {
-  return codec::DisplayDefault({value_, default_value_, minimum_, maximum_, type_, fields_,
-                                units_manager_});
+  return codec::DisplayDefault(Texts());
 }
 
 std::string CConfigProperty::IConfigProperty_DispMin() const {
-  return codec::DisplayLimit(
-      {value_, default_value_, minimum_, maximum_, type_, fields_, units_manager_}, false);
+  return codec::DisplayLimit(Texts(), false);
 }
 
 std::string CConfigProperty::IConfigProperty_DispMax() const {
-  return codec::DisplayLimit(
-      {value_, default_value_, minimum_, maximum_, type_, fields_, units_manager_}, true);
+  return codec::DisplayLimit(Texts(), true);
 }
 
 std::string CConfigProperty::IConfigProperty_DefaultValue() const { return default_value_; }
@@ -268,8 +257,7 @@ void CConfigProperty::LoadFromPointRecord(pugi::xml_node element) {
   if (pugi::xml_attribute key = element.attribute("Key")) IConfigProperty_PointKey(key.value());
   const pugi::xml_node info = element.child("ExtendedInfo");
   ContinueOnError([&] {
-    auto utility = std::dynamic_pointer_cast<IUtility>(CreateObject("Moraface.Utility"));
-    if (!utility) RaiseError(ErrorNumber::kTypeMismatch, "Moraface.Utility");
+    auto utility = CreateObjectAs<IUtility>("Moraface.Utility");
     int32_t x = 0;
     int32_t y = 0;
     utility->ParseLocation(info.attribute("Location").value(), x, y);
@@ -444,7 +432,7 @@ void CConfigProperty::EditSchedule() {
   SetMousePointer(vbHourglass);
   std::shared_ptr<IScheduleEditor> editor;
   ContinueOnError([&] {
-    editor = std::dynamic_pointer_cast<IScheduleEditor>(CreateObject(kScheduleEditor));
+    editor = CreateObjectAs<IScheduleEditor>(kScheduleEditor);
   });
   SetMousePointer(vbDefault);
   if (!editor) {
@@ -458,6 +446,10 @@ void CConfigProperty::EditSchedule() {
   SetMousePointer(vbDefault);
   editor->ShowDialog();
   ApplyScheduleExchangeText(editor->xml());
+}
+
+codec::ItemTexts CConfigProperty::Texts() const {
+  return {value_, default_value_, minimum_, maximum_, type_, fields_, units_manager_};
 }
 
 }  // namespace kolvane

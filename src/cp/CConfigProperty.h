@@ -153,6 +153,8 @@ class CConfigProperty final : public IConfigProperty,
   std::shared_ptr<IFields> DataPointFields() const override;
 
  private:
+  // The members the shared display rules read.
+  codec::ItemTexts Texts() const;
   // Loads the type, sets bounds and default from the candidates, builds fields (with their
   // values from element, when there is one) and makes the editor.
   // Warnings about assumed defaults are shown only for a property read from a profile.

@@ -121,33 +121,22 @@ std::string CField::IField_DispDefault() const {
   });
 }
 
-std::string CField::IField_DispMin() const {
-  return Displayed([&] {
-    const std::string kind = Kind();
-    if (codec::IsNumericKind(kind)) {
-      const auto converter = UnitsManager();
-      if (!converter) RaiseError(ErrorNumber::kObjectNotSet);
-      return codec::LimitInDisplayUnits(*converter, type_->ISNVType_ID(), false);
-    }
-    if (kind == "Enum") {
-      return SNVTDataConversion::EnumStateName(type_->ISNVType_Min(), type_->ISNVType_EnumDesc());
-    }
-    return SNVTDataConversion::LocalizeNumber(type_ ? type_->ISNVType_Min() : "");
-  });
-}
+std::string CField::IField_DispMin() const { return DisplayLimit(false); }
 
-std::string CField::IField_DispMax() const {
+std::string CField::IField_DispMax() const { return DisplayLimit(true); }
+
+std::string CField::DisplayLimit(bool maximum) const {
   return Displayed([&] {
     const std::string kind = Kind();
     if (codec::IsNumericKind(kind)) {
       const auto converter = UnitsManager();
       if (!converter) RaiseError(ErrorNumber::kObjectNotSet);
-      return codec::LimitInDisplayUnits(*converter, type_->ISNVType_ID(), true);
+      return codec::LimitInDisplayUnits(*converter, type_->ISNVType_ID(), maximum);
     }
-    if (kind == "Enum") {
-      return SNVTDataConversion::EnumStateName(type_->ISNVType_Max(), type_->ISNVType_EnumDesc());
-    }
-    return SNVTDataConversion::LocalizeNumber(type_ ? type_->ISNVType_Max() : "");
+    if (!type_) return std::string();
+    const std::string limit = maximum ? type_->ISNVType_Max() : type_->ISNVType_Min();
+    if (kind == "Enum") return SNVTDataConversion::EnumStateName(limit, type_->ISNVType_EnumDesc());
+    return SNVTDataConversion::LocalizeNumber(limit);
   });
 }
 
@@ -241,8 +230,7 @@ void CField::DefaultValue(const std::string& value) {
 void CField::ProfileValue(const std::string& value) { value_ = value; }
 
 void CField::ResetToDefault() {
-  const auto utility = std::dynamic_pointer_cast<IUtility>(CreateObject("Moraface.Utility"));
-  if (!utility) RaiseError(ErrorNumber::kTypeMismatch, "Moraface.Utility");
+  const auto utility = CreateObjectAs<IUtility>("Moraface.Utility");
   value_ = utility->DefaultValue(type_);
 }
 

@@ -145,6 +145,8 @@ class CField final : public IField,
 
  private:
   std::string Kind() const;
+  // IField_DispMin or IField_DispMax.
+  std::string DisplayLimit(bool maximum) const;
   void ApplyMissingDefault(const std::string& replacement);
   // Number of enclosing structure fields.
   int Depth() const;

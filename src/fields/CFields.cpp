@@ -6,6 +6,7 @@
 #include "foundation/ContinueOnError.h"
 #include "foundation/Error.h"
 #include "foundation/HostServices.h"
+#include "foundation/ItemLookup.h"
 #include "foundation/Numbers.h"
 #include "foundation/mXML.h"
 #include "interfaces/IUtility.h"
@@ -29,18 +30,12 @@ int32_t CheckedSum(int32_t a, int32_t b) {
 int32_t CFields::IFields_Count() const { return items_.Count(); }
 
 std::shared_ptr<IField> CFields::IFields_Item(const std::string& index) const {
-  if (const auto* field = items_.Find(index)) return *field;
-  int32_t position = 0;
-  if (ContinueOnError([&] { position = RoundToInt32(LeadingNumber(index)); }) != 0) return nullptr;
-  if (position < 1 || position > items_.Count()) return nullptr;
-  return items_.ItemAt(position);
+  const auto* field = internal::FindByKeyOrPosition(items_, index);
+  return field ? *field : nullptr;
 }
 
 std::vector<std::shared_ptr<IField>> CFields::IFields_NewEnum() const {
-  std::vector<std::shared_ptr<IField>> fields;
-  fields.reserve(static_cast<size_t>(items_.Count()));
-  for (const auto& entry : items_) fields.push_back(entry.item);
-  return fields;
+  return items_.Values<std::shared_ptr<IField>>();
 }
 
 int32_t CFields::IFields_Length() const {
@@ -56,8 +51,7 @@ void CFields::SetParent(const std::shared_ptr<IUnknown>& owner) { parent_ = owne
 std::shared_ptr<CField> CFields::BuildFromType(int32_t& position, const std::string& type_name,
                                                int32_t item_type, const std::string& value_text,
                                                bool warn) {
-  const auto utility = std::dynamic_pointer_cast<IUtility>(CreateObject("Moraface.Utility"));
-  if (!utility) RaiseError(ErrorNumber::kTypeMismatch, "Moraface.Utility");
+  const auto utility = CreateObjectAs<IUtility>("Moraface.Utility");
   const std::vector<std::string> values = utility->SplitFields(value_text);
   const std::shared_ptr<IUnknown> owner = parent_.lock();
 

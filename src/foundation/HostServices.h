@@ -5,6 +5,7 @@
 #include <memory>
 #include <string>
 
+#include "foundation/Error.h"
 #include "foundation/Export.h"
 #include "interfaces/IUnknown.h"
 
@@ -51,6 +52,15 @@ KOLVANE_API void RegisterClass(const std::string& progId, ClassFactory factory);
 // Creates the component registered under progId; error 429 when none is, or when the factory
 // gives nothing.
 KOLVANE_API std::shared_ptr<IUnknown> CreateObject(const std::string& progId);
+
+// Creates the component registered under progId as interface I; error 429 when none is
+// registered, 13 when the object does not implement I.
+template <class I>
+std::shared_ptr<I> CreateObjectAs(const std::string& progId) {
+  auto object = std::dynamic_pointer_cast<I>(CreateObject(progId));
+  if (!object) RaiseError(ErrorNumber::kTypeMismatch, progId + " lacks the interface asked for");
+  return object;
+}
 
 // Mouse pointer shapes.
 inline constexpr int16_t vbDefault = 0;

@@ -66,6 +66,15 @@ class KeyedCollection {
     index_.clear();
   }
 
+  // The items in insertion order, each converted to U (e.g. a pointer to an interface).
+  template <class U = T>
+  std::vector<U> Values() const {
+    std::vector<U> values;
+    values.reserve(entries_.size());
+    for (const Entry& entry : entries_) values.push_back(entry.item);
+    return values;
+  }
+
   // Iteration over the items in insertion order (key and item).
   struct Entry {
     std::string key;

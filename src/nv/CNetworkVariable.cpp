@@ -30,13 +30,6 @@ constexpr int32_t kOutput = 1;
 // CField::IDisplayItem_ItemType).
 constexpr int32_t kFieldItemType = 4;
 
-std::shared_ptr<IUnitConverter> MakeConverter() {
-  auto converter =
-      std::dynamic_pointer_cast<IUnitConverter>(CreateObject("UnitManager.Converter"));
-  if (!converter) RaiseError(ErrorNumber::kTypeMismatch, "UnitManager.Converter");
-  return converter;
-}
-
 // The "Field" child of list whose "Name" is name.
 pugi::xml_node FieldOverride(pugi::xml_node list, const std::string& name) {
   for (pugi::xml_node field : list.children("Field")) {
@@ -84,7 +77,8 @@ void ApplyTypeOverride(IOverridableItem& item, const std::shared_ptr<IFields>& f
 
 }  // namespace
 
-CNetworkVariable::CNetworkVariable() : units_manager_(MakeConverter()) {}
+CNetworkVariable::CNetworkVariable()
+    : units_manager_(CreateObjectAs<IUnitConverter>("UnitManager.Converter")) {}
 CNetworkVariable::~CNetworkVariable() = default;
 
 std::shared_ptr<ICompatibleSNVTs> CNetworkVariable::INetworkVariable_AvailableTypes() const {
@@ -182,23 +176,19 @@ void CNetworkVariable::INetworkVariable_Value(const std::string& value) {
 }
 
 std::string CNetworkVariable::INetworkVariable_DispValue() const {
-  return codec::DisplayValue({value_, default_value_, minimum_, maximum_, type_, fields_,
-                              units_manager_});
+  return codec::DisplayValue(Texts());
 }
 
 std::string CNetworkVariable::INetworkVariable_DispDefault() const {
-  return codec::DisplayDefault({value_, default_value_, minimum_, maximum_, type_, fields_,
-                                units_manager_});
+  return codec::DisplayDefault(Texts());
 }
 
 std::string CNetworkVariable::INetworkVariable_DispMin() const {
-  return codec::DisplayLimit(
-      {value_, default_value_, minimum_, maximum_, type_, fields_, units_manager_}, false);
+  return codec::DisplayLimit(Texts(), false);
 }
 
 std::string CNetworkVariable::INetworkVariable_DispMax() const {
-  return codec::DisplayLimit(
-      {value_, default_value_, minimum_, maximum_, type_, fields_, units_manager_}, true);
+  return codec::DisplayLimit(Texts(), true);
 }
 
 std::string CNetworkVariable::INetworkVariable_RawValue() const {
@@ -303,8 +293,7 @@ void CNetworkVariable::LoadFromXml(pugi::xml_node element) {
   int32_t x = 0;
   int32_t y = 0;
   ContinueOnError([&] {
-    auto utility = std::dynamic_pointer_cast<IUtility>(CreateObject("Moraface.Utility"));
-    if (!utility) RaiseError(ErrorNumber::kTypeMismatch, "Moraface.Utility");
+    auto utility = CreateObjectAs<IUtility>("Moraface.Utility");
     utility->ParseLocation(location, x, y);
   });
   ContinueOnError([&] {
@@ -427,6 +416,10 @@ void CNetworkVariable::MakeOptionsDialog() {
   } else if (type_->ISNVType_GenType() != "Struct") {
     options_dialog_ = std::make_shared<frmEditNVO>();
   }
+}
+
+codec::ItemTexts CNetworkVariable::Texts() const {
+  return {value_, default_value_, minimum_, maximum_, type_, fields_, units_manager_};
 }
 
 }  // namespace kolvane

@@ -165,6 +165,8 @@ class CNetworkVariable final : public INetworkVariable,
   std::shared_ptr<IFields> DataPointFields() const override;
 
  private:
+  // The members the shared display rules read.
+  codec::ItemTexts Texts() const;
   void BuildFields();
   void MakeOptionsDialog();
 

@@ -5,6 +5,7 @@
 #include "foundation/ContinueOnError.h"
 #include "foundation/Error.h"
 #include "foundation/Globals.h"
+#include "foundation/ItemLookup.h"
 #include "foundation/Numbers.h"
 #include "foundation/ProfileOwner.h"
 #include "nv/CNetworkVariable.h"
@@ -38,11 +39,8 @@ int32_t CNetworkVariables::INetworkVariables_Count() const { return items_.Count
 
 std::shared_ptr<INetworkVariable> CNetworkVariables::INetworkVariables_Item(
     const std::string& key) const {
-  if (const auto* variable = items_.Find(key)) return *variable;
-  int32_t position = 0;
-  if (ContinueOnError([&] { position = RoundToInt32(LeadingNumber(key)); }) != 0) return nullptr;
-  if (position < 1 || position > items_.Count()) return nullptr;
-  return items_.ItemAt(position);
+  const auto* variable = internal::FindByKeyOrPosition(items_, key);
+  return variable ? *variable : nullptr;
 }
 
 void CNetworkVariables::INetworkVariables_Remove(
@@ -71,10 +69,7 @@ void CNetworkVariables::INetworkVariables_Remove(
 
 std::vector<std::shared_ptr<INetworkVariable>> CNetworkVariables::INetworkVariables_NewEnum()
     const {
-  std::vector<std::shared_ptr<INetworkVariable>> variables;
-  variables.reserve(static_cast<size_t>(items_.Count()));
-  for (const auto& entry : items_) variables.push_back(entry.item);
-  return variables;
+  return items_.Values<std::shared_ptr<INetworkVariable>>();
 }
 
 std::string CNetworkVariables::INetworkVariables_GlobalKey() const { return kGlobalKey; }

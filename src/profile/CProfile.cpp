@@ -137,9 +137,7 @@ int32_t CProfile::Iprofile_XIFandTypegenerate(const std::string& file_name) {
   const bool two_up = std::filesystem::exists(folder + "/../../snvts.xml", ec);
   const std::string base = folder + (two_up ? "/../../" : "/../../../");
   return ContinueOnError([&] {
-    auto generator = std::dynamic_pointer_cast<IXIFAndTypesGen>(
-        CreateObject("TarnXIFandTypesGen.XIFAndTypesGen"));
-    if (!generator) RaiseError(ErrorNumber::kTypeMismatch, "TarnXIFandTypesGen.XIFAndTypesGen");
+    auto generator = CreateObjectAs<IXIFAndTypesGen>("TarnXIFandTypesGen.XIFAndTypesGen");
     generator->Source("Profile");
     generator->OutputFolder(base + "LON");
     generator->XifFile(base + "LON/" + file_name + ".xif");

@@ -18,10 +18,7 @@ std::shared_ptr<ICompatibleSNVT> CNVOCompatibleSNVTs::ICompatibleSNVTs_Item(
 
 std::vector<std::shared_ptr<ICompatibleSNVT>> CNVOCompatibleSNVTs::ICompatibleSNVTs_NewEnum()
     const {
-  std::vector<std::shared_ptr<ICompatibleSNVT>> entries;
-  entries.reserve(static_cast<size_t>(entries_.Count()));
-  for (const auto& entry : entries_) entries.push_back(entry.item);
-  return entries;
+  return entries_.Values();
 }
 
 void CNVOCompatibleSNVTs::ICompatibleSNVTs_Add(const std::string& text) { AddList(text); }
@@ -44,8 +41,7 @@ std::shared_ptr<ICompatibleSNVTs> CNVOCompatibleSNVTs::ICompatibleSNVTs_Merge(
 }
 
 std::string CNVOCompatibleSNVTs::ICompatibleSNVTs_ToString() const {
-  auto utility = std::dynamic_pointer_cast<IUtility>(CreateObject("Moraface.Utility"));
-  if (!utility) RaiseError(ErrorNumber::kTypeMismatch, "Moraface.Utility");
+  auto utility = CreateObjectAs<IUtility>("Moraface.Utility");
   return utility->CompatibleListText(*this);
 }
 

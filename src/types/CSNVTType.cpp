@@ -45,11 +45,7 @@ bool CSNVTType::ISNVType_HasField() const { return false; }
 
 std::string CSNVTType::GetState(const std::string& key) const { return states_.Item(key); }
 
-std::vector<std::string> CSNVTType::StateTexts() const {
-  std::vector<std::string> texts;
-  for (const auto& entry : states_) texts.push_back(entry.item);
-  return texts;
-}
+std::vector<std::string> CSNVTType::StateTexts() const { return states_.Values(); }
 
 void CSNVTType::Load(const std::string& identifier) {
   id_ = identifier;

@@ -11,12 +11,7 @@ std::shared_ptr<iState> CStates::IStates_Item(int16_t value) const {
 
 int16_t CStates::IStates_Count() const { return static_cast<int16_t>(states_.Count()); }
 
-std::vector<std::shared_ptr<iState>> CStates::IStates_NewEnum() const {
-  std::vector<std::shared_ptr<iState>> states;
-  states.reserve(static_cast<size_t>(states_.Count()));
-  for (const auto& entry : states_) states.push_back(entry.item);
-  return states;
-}
+std::vector<std::shared_ptr<iState>> CStates::IStates_NewEnum() const { return states_.Values(); }
 
 void CStates::IStates_Add(std::shared_ptr<iState>& state) {
   if (!state) return;
