@@ -27,10 +27,12 @@
 #include "foundation/Error.h"
 #include "foundation/Globals.h"
 #include "foundation/HostServices.h"
+#include "foundation/ProfileOwner.h"
 #include "host/BuiltInComponents.h"
 #include "interfaces/IDisplayItem.h"
 #include "interfaces/ISubItemConnable.h"
 #include "interfaces/IUnitConverter.h"
+#include "interfaces/IUnknown.h"
 #include "types/CSNVTType.h"
 
 namespace kolvane::test {
@@ -266,5 +268,42 @@ inline std::string XmlText(pugi::xml_node node) {
   node.print(out, "", pugi::format_raw);
   return out.str();
 }
+
+// Stands for the profile owning the collections; counts the compatible-list rebuilds asked of it.
+class FakeProfile final : public IUnknown, public internal::ProfileOwner {
+ public:
+  void RebuildCompatibilityLists() override { ++rebuilds; }
+  int rebuilds = 0;
+};
+
+// Clears Globals::NeedSaveFlag and DisplayIncompatibleFlag while alive, then restores them.
+struct ScopedSaveFlags {
+  ScopedSaveFlags()
+      : need_save(Globals::NeedSaveFlag), display_incompatible(Globals::DisplayIncompatibleFlag) {
+    Clear();
+  }
+  ~ScopedSaveFlags() {
+    Globals::NeedSaveFlag = need_save;
+    Globals::DisplayIncompatibleFlag = display_incompatible;
+  }
+  void Clear() { Globals::NeedSaveFlag = Globals::DisplayIncompatibleFlag = false; }
+  bool need_save, display_incompatible;
+};
+
+// An XML text (or the file at that path) parsed into a document of its own.
+struct ParsedXml {
+  explicit ParsedXml(const std::string& xml, bool is_path = false) {
+    const auto result =
+        is_path ? document.load_file(xml.c_str()) : document.load_string(xml.c_str());
+    EXPECT_TRUE(result) << result.description();
+  }
+  // The document element.
+  pugi::xml_node Root() const { return document.document_element(); }
+  pugi::xml_document document;
+};
+
+// The bundled type catalogue and NVO table.
+inline constexpr char kBundledCatalogue[] = KOLVANE_SOURCE_DIR "/examples/snvts.xml";
+inline constexpr char kBundledNvoTable[] = KOLVANE_SOURCE_DIR "/examples/nvotable.xml";
 
 }  // namespace kolvane::test

@@ -6,6 +6,7 @@
 
 #include "dialogs/DataPoint.h"
 #include "dialogs/Form.h"
+#include "interfaces/IUnknown.h"
 
 namespace kolvane {
 

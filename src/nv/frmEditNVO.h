@@ -4,6 +4,7 @@
 #include <string>
 
 #include "dialogs/Form.h"
+#include "interfaces/IUnknown.h"
 
 namespace kolvane {
 

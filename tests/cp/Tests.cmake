@@ -1,0 +1,4 @@
+target_sources(kolvane_tests PRIVATE
+  ${CMAKE_CURRENT_LIST_DIR}/CConfigPropertyTest.cpp
+  ${CMAKE_CURRENT_LIST_DIR}/CConfigPropertiesTest.cpp
+  ${CMAKE_CURRENT_LIST_DIR}/ScheduleEditorTest.cpp)
