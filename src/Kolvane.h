@@ -35,6 +35,7 @@
 #include "interfaces/iState.h"
 #include "nv/frmEditNVI.h"
 #include "nv/frmEditNVO.h"
+#include "profile/frmNewPID.h"
 #include "types/CNVOCompatibleSNVT.h"
 #include "types/CNVOCompatibleSNVTs.h"
 #include "types/CState.h"

@@ -70,6 +70,9 @@ class KOLVANE_API Form {
   // True from Show() until the form is unloaded.
   bool Loaded() const { return loaded_; }
 
+  // Name of the control that has the focus (e.g. "cmdOk"); empty when the form has not said.
+  std::string ActiveControl;
+
   // The form's window title.
   virtual std::string Caption() const = 0;
 

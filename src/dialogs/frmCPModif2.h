@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <string>
 
 #include "dialogs/ValueDialog.h"
@@ -10,6 +11,18 @@ namespace kolvane {
 class KOLVANE_API frmCPModif2 final : public ValueDialog {
  public:
   std::string Caption() const override { return "Text Value"; }
+
+  // Shows the first item's text, selected whole.
+  void Form_Load() override;
+  // Cuts a text longer than the type's length minus 1, with the "Name too long" message.
+  void txtNewCPValue_Change();
+  // Escape restores the item's text, Enter is OK, Backspace is handled here, a blank becomes
+  // "_".
+  void txtNewCPValue_KeyPress(int16_t& KeyAscii);
+  // Writes the text into every item and closes.
+  void cmdOk_Click();
+  // Closes; an item opened from the structure dialog gets its value back.
+  void cmdCancel_Click();
 
   Label lblName;
   TextBox txtNewCPValue;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <memory>
 #include <string>
 #include <vector>
@@ -19,12 +20,25 @@ class KOLVANE_API frmCPModif4 final : public Form {
   // configuration property or field.
   void DataPoint(const std::shared_ptr<IUnknown>& item) { items_.emplace_back(item); }
 
+  // One row per field of the first item: name, display value, and the value as tag.
+  void Form_Load() override;
+  // Opens the dialog of the selected row's field.
+  void lvwMain_DblClick();
+  // The right button (2) opens the field's dialog too.
+  void lvwMain_MouseDown(int16_t Button, int16_t Shift, float X, float Y);
+  // Writes the rows' values joined by single blanks into every item and closes.
+  void cmdOk_Click();
+  // Closes without writing.
+  void cmdCancel_Click();
+
   Label lblName;
   ListView lvwMain;
   CommandButton cmdOk{"OK"};
   CommandButton cmdCancel{"Cancel"};
 
  private:
+  void EditSelectedField();
+
   std::vector<internal::DataPoint> items_;
 };
 

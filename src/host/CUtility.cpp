@@ -149,6 +149,11 @@ std::string CUtility::CompatibleListText(const ICompatibleSNVTs& list) {
 }
 
 int32_t CUtility::EnumStateNumber(const std::string& state) {
+  // The enumeration dialog writes the list entry "(value,NAME)".
+  if (state.size() > 2 && state.front() == '(' && state.back() == ')' &&
+      state.find(',') != std::string::npos) {
+    return EnumStateNumber(state.substr(1, state.find(',') - 1));
+  }
   if (const std::string* value = internal::FindStateValue(state)) {
     return RoundToInt32(ParseNumber(*value));
   }

@@ -32,8 +32,8 @@ class CUtility final : public IUtility {
   std::string CompatibleListText(const ICompatibleSNVTs& list) override;
 
   // A state name of the catalogue (any case; the first enumeration that has it) gives its
-  // value; an integer text gives itself; "Invalid" gives -1 (0xFF on the wire). Error 5 for
-  // anything else.
+  // value; an integer text gives itself; a list entry "(1,ON)" gives its value; "Invalid" gives
+  // -1 (0xFF on the wire). Error 5 for anything else.
   int32_t EnumStateNumber(const std::string& state) override;
 };
 

@@ -1,0 +1,142 @@
+#include "dialogs/frmCPModif1.h"
+
+#include "foundation/Error.h"
+#include "foundation/Globals.h"
+#include "foundation/HostServices.h"
+#include "foundation/Numbers.h"
+#include "foundation/Text.h"
+
+namespace kolvane {
+
+namespace {
+
+constexpr int16_t kBackspace = 8;
+constexpr int16_t kEscape = 27;
+constexpr char kInvalid[] = "Invalid";
+// Digits a single-precision number holds.
+constexpr int32_t kFloatDecimals = 7;
+
+bool IsDigit(int16_t key) { return key >= '0' && key <= '9'; }
+
+std::string Limit(const std::string& limit) { return limit.empty() ? "---" : limit; }
+
+}  // namespace
+
+void frmCPModif1::Form_Load() {
+  if (items_.empty()) return;
+  auto& item = items_.front().point;
+  const auto type = item.SNVTType();
+  type_id_ = type ? type->ISNVType_ID() : "";
+  converter_ = CreateObjectAs<IUnitConverter>("UnitManager.Converter");
+  const std::string value = item.Value();
+  const std::string text = value == kInvalid ? kInvalid : converter_->ToDisplayUnits(type_id_, value);
+  const std::string units(TrimBlanks(converter_->DisplayUnits(type_id_)));
+  lblUnits.Caption = units.empty() ? "" : "[" + units + "]";
+  minimum_ = converter_->DisplayMinimum(type_id_);
+  maximum_ = converter_->DisplayMaximum(type_id_);
+  lblMin.Caption = Limit(minimum_);
+  lblMax.Caption = Limit(maximum_);
+  txtNewCPValue.Text = text;
+  const bool is_float = type && ToUpper(type->ISNVType_GenType()) == "FLOAT";
+  decimal_limit_ = is_float ? kFloatDecimals : (type ? std::max(0, -type->ISNVType_BCoef()) : 0);
+  chkInvalid.Enabled = !is_float;
+  chkInvalid.Value = !is_float && value == kInvalid ? 1 : 0;
+  lblName.Caption = item.Name();
+  SelectAll();
+}
+
+void frmCPModif1::txtNewCPValue_KeyPress(int16_t& KeyAscii) {
+  if (KeyAscii == kEscape) return;
+  const std::string& text = txtNewCPValue.Text;
+  const char separator = Globals::DecimalSeparator.empty() ? '.' : Globals::DecimalSeparator[0];
+  const bool whole_selected = txtNewCPValue.SelLength >= static_cast<int32_t>(text.size());
+  if (whole_selected) {
+    const bool sign_or_digit = KeyAscii == '-' || KeyAscii == '+' || IsDigit(KeyAscii);
+    const bool point = decimal_limit_ > 0 && KeyAscii == separator;
+    if (!sign_or_digit && !point) KeyAscii = 0;
+    return;
+  }
+  const size_t exponent = text.find('E');
+  const size_t point = text.find(separator);
+  const char last = text.empty() ? '\0' : text.back();
+  if (KeyAscii == 'E' || KeyAscii == 'e') {
+    KeyAscii = exponent == std::string::npos && IsDigit(last) ? 'E' : 0;
+  } else if (IsDigit(KeyAscii)) {
+    if (point != std::string::npos && exponent == std::string::npos &&
+        static_cast<int32_t>(text.size() - point - 1) >= decimal_limit_) {
+      KeyAscii = 0;
+    }
+  } else if (KeyAscii == kBackspace) {
+    // passes
+  } else if (KeyAscii == '+' || KeyAscii == '-') {
+    if (last != 'E') KeyAscii = 0;
+  } else if (KeyAscii == separator) {
+    if (point != std::string::npos || exponent != std::string::npos) KeyAscii = 0;
+  } else {
+    KeyAscii = 0;
+  }
+}
+
+void frmCPModif1::txtNewCPValue_Change() {
+  const char separator = Globals::DecimalSeparator.empty() ? '.' : Globals::DecimalSeparator[0];
+  bool well_formed = true;
+  try {
+    ParseNumber(txtNewCPValue.Text, separator);
+  } catch (const Error&) {
+    well_formed = false;
+  }
+  cmdOk.Enabled = well_formed;
+}
+
+void frmCPModif1::chkInvalid_Click() {
+  if (chkInvalid.Value == 1) {
+    txtNewCPValue.Text = kInvalid;
+    txtNewCPValue.Enabled = false;
+  } else {
+    txtNewCPValue.Enabled = true;
+    ActiveControl = "txtNewCPValue";
+    SelectAll();
+  }
+  cmdOk.Enabled = true;
+}
+
+void frmCPModif1::cmdOk_Click() {
+  for (Item& item : items_) {
+    if (chkInvalid.Value != 1 && !RangeCheck()) return;
+    item.point.Value(chkInvalid.Value == 1
+                         ? std::string(kInvalid)
+                         : converter_->FromDisplayUnits(type_id_, txtNewCPValue.Text));
+  }
+  CalledFramModif4(false);
+  Unload();
+}
+
+void frmCPModif1::cmdCancel_Click() { Unload(); }
+
+bool frmCPModif1::RangeCheck() {
+  const auto refuse = [this](const std::string& text, const std::string& limit) {
+    MsgBox(text + limit, vbExclamation, "Warning");
+    if (txtNewCPValue.Enabled) {
+      ActiveControl = "txtNewCPValue";
+      txtNewCPValue.Text = limit;
+      SelectAll();
+    }
+    return false;
+  };
+  const double value = converter_->TextToNumber(txtNewCPValue.Text);
+  if (!minimum_.empty() && value < converter_->TextToNumber(minimum_)) {
+    return refuse("The value is less than ", minimum_);
+  }
+  if (maximum_.empty()) return true;
+  if (value > converter_->TextToNumber(maximum_)) {
+    return refuse("The value is greater than ", maximum_);
+  }
+  return true;
+}
+
+void frmCPModif1::SelectAll() {
+  txtNewCPValue.SelStart = 0;
+  txtNewCPValue.SelLength = static_cast<int32_t>(txtNewCPValue.Text.size());
+}
+
+}  // namespace kolvane

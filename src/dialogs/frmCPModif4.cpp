@@ -1,0 +1,89 @@
+#include "dialogs/frmCPModif4.h"
+
+#include "conversion/ValueCodec.h"
+#include "dialogs/frmCPModif1.h"
+#include "dialogs/frmCPModif2.h"
+#include "dialogs/frmCPModif3.h"
+#include "dialogs/frmCPModif5.h"
+#include "foundation/HostServices.h"
+#include "foundation/Text.h"
+#include "interfaces/IField.h"
+
+namespace kolvane {
+
+namespace {
+
+constexpr int16_t kRightButton = 2;
+
+// Shows a dialog that edits one value for a field of the structure.
+template <class Dialog>
+void EditValue(const std::shared_ptr<IField>& field) {
+  auto dialog = std::make_shared<Dialog>();
+  dialog->CalledFramModif4(true);
+  dialog->DataPoint(field);
+  dialog->Show();
+}
+
+}  // namespace
+
+void frmCPModif4::Form_Load() {
+  if (items_.empty()) return;
+  auto& item = items_.front();
+  lblName.Caption = item.Name();
+  lvwMain.ListItems.clear();
+  lvwMain.SelectedItem = -1;
+  const auto fields = item.fields();
+  if (!fields) return;
+  for (const auto& field : fields->IFields_NewEnum()) {
+    lvwMain.ListItems.push_back(
+        {field->IField_Name(), field->IField_Name(), {field->IField_DispValue()}, field->IField_Value()});
+  }
+}
+
+void frmCPModif4::lvwMain_DblClick() { EditSelectedField(); }
+
+void frmCPModif4::lvwMain_MouseDown(int16_t Button, int16_t /*Shift*/, float /*X*/, float /*Y*/) {
+  if (Button == kRightButton) EditSelectedField();
+}
+
+void frmCPModif4::cmdOk_Click() {
+  std::string value;
+  for (const ListItem& row : lvwMain.ListItems) value += " " + row.Tag;
+  value = std::string(TrimBlanks(value));
+  for (auto& item : items_) item.Value(value);
+  Unload();
+}
+
+void frmCPModif4::cmdCancel_Click() { Unload(); }
+
+void frmCPModif4::EditSelectedField() {
+  if (items_.empty() || lvwMain.SelectedItem < 0 ||
+      lvwMain.SelectedItem >= static_cast<int32_t>(lvwMain.ListItems.size())) {
+    return;
+  }
+  ListItem& row = lvwMain.ListItems[static_cast<size_t>(lvwMain.SelectedItem)];
+  const auto fields = items_.front().fields();
+  const auto field = fields ? fields->IFields_Item(row.Key) : nullptr;
+  if (!field) return;
+  const std::string kind = field->IField_SNVTType() ? field->IField_SNVTType()->ISNVType_GenType() : "";
+  if (kind == "Bitfield") {
+    EditValue<frmCPModif5>(field);
+  } else if (codec::IsNumericKind(kind)) {
+    EditValue<frmCPModif1>(field);
+  } else if (kind == "Enum") {
+    EditValue<frmCPModif3>(field);
+  } else if (kind == "Textual") {
+    EditValue<frmCPModif2>(field);
+  } else if (kind == "Struct") {
+    auto dialog = std::make_shared<frmCPModif4>();
+    dialog->DataPoint(field);
+    dialog->Show();
+  } else {
+    MsgBox("Unknown or Not modificable Attribute", vbExclamation, "Edit Value");
+    return;
+  }
+  row.SubItems = {field->IField_DispValue()};
+  row.Tag = field->IField_Value();
+}
+
+}  // namespace kolvane
