@@ -1,6 +1,7 @@
 #include "types/CSNVTType.h"
 
 #include <string_view>
+#include <unordered_map>
 
 #include "foundation/ContinueOnError.h"
 #include "foundation/Error.h"
@@ -47,10 +48,36 @@ std::string CSNVTType::GetState(const std::string& key) const { return states_.I
 
 std::vector<std::string> CSNVTType::StateTexts() const { return states_.Values(); }
 
+namespace {
+
+// Types read from the current catalogue, so that the many items of one type read it once.
+struct LoadedType {
+  CSNVTType type;
+  bool bad_kind = false;  // the reading showed the bad-type message, which every load repeats
+};
+
+thread_local uint64_t cache_stamp = 0;
+thread_local std::unordered_map<std::string, LoadedType> cache;
+
+}  // namespace
+
 void CSNVTType::Load(const std::string& identifier) {
+  const uint64_t stamp = internal::CatalogueStamp();
+  if (stamp != cache_stamp) {
+    cache.clear();
+    cache_stamp = stamp;
+  }
+  if (const auto it = cache.find(identifier); it != cache.end()) {
+    *this = it->second.type;
+    if (it->second.bad_kind) ShowBadKind();
+    return;
+  }
   id_ = identifier;
   ContinueOnError([&] { ReadType(internal::FindSnvtElement(identifier)); });
+  cache.emplace(identifier, LoadedType{*this, bad_kind_});
 }
+
+void CSNVTType::ShowBadKind() const { MsgBox("Error: SNVT_" + id_ + " has a bad type", vbOKOnly); }
 
 void CSNVTType::SetEnumDesc(const std::string& text) {
   enum_desc_ = text;
@@ -102,7 +129,8 @@ void CSNVTType::ReadKind(pugi::xml_node type) {
     lui_type_ = "Textual";
     ReadTextual(type);
   } else {
-    MsgBox("Error: SNVT_" + id_ + " has a bad type", vbOKOnly);
+    bad_kind_ = true;
+    ShowBadKind();
   }
 }
 

@@ -64,6 +64,7 @@ class CSNVTType final : public ISNVType {
   void ReadTextual(pugi::xml_node type);
   void ReadEnumeration();
   void BuildStates();
+  void ShowBadKind() const;
 
   std::string enum_desc_;
   std::string gen_type_;
@@ -82,6 +83,7 @@ class CSNVTType final : public ISNVType {
   int32_t factor_ = 0;
   int32_t k4_region_ = 0;
   KeyedCollection<std::string> states_;
+  bool bad_kind_ = false;
 };
 
 }  // namespace kolvane

@@ -29,6 +29,7 @@ struct CatalogueIndex {
 };
 
 thread_local CatalogueIndex index;
+thread_local uint64_t stamp = 0;
 
 void Build(CatalogueIndex& catalogue, const pugi::xml_document* document) {
   catalogue.types.clear();
@@ -63,6 +64,7 @@ CatalogueIndex& Current() {
   const uint64_t generation = Globals::SnvtCatalogGeneration();
   if (!index.built || index.document != document || index.generation != generation) {
     Build(index, document.get());
+    ++stamp;
     index.document = document;
     index.generation = generation;
     index.built = true;
@@ -94,6 +96,11 @@ pugi::xml_node FindSnvtChild(std::string_view identifier, std::string_view child
 }
 
 std::vector<std::string> SnvtIdentifiers() { return Current().identifiers; }
+
+uint64_t CatalogueStamp() {
+  Current();
+  return stamp;
+}
 
 std::string SnvtChildText(std::string_view identifier, std::string_view upper_name) {
   for (pugi::xml_node child : FindSnvtElement(identifier).children()) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -16,6 +17,10 @@ pugi::xml_node FindSnvtElement(std::string_view identifier);
 // The first child element called child of the "SNVTS/SNVT_" + identifier elements, in document
 // order, or an empty node.
 pugi::xml_node FindSnvtChild(std::string_view identifier, std::string_view child);
+
+// Changes whenever the index is rebuilt for another catalogue: what is derived from the
+// catalogue may be kept while the stamp stays the same.
+uint64_t CatalogueStamp();
 
 // The identifiers of the catalogue's types, in document order, each once.
 std::vector<std::string> SnvtIdentifiers();

@@ -1,0 +1,4 @@
+target_sources(kolvane_tests PRIVATE
+  ${CMAKE_CURRENT_LIST_DIR}/CProfileTest.cpp
+  ${CMAKE_CURRENT_LIST_DIR}/CProfileSaveTest.cpp
+  ${CMAKE_CURRENT_LIST_DIR}/CProfileHostTest.cpp)
