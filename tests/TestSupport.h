@@ -5,15 +5,14 @@
 #include <gtest/gtest.h>
 #include <unistd.h>
 
-#include <cstdlib>
 #include <deque>
 #include <filesystem>
 #include <fstream>
 #include <functional>
 #include <memory>
-#include <sstream>
-#include <optional>
 #include <random>
+#include <stdexcept>
+#include <sstream>
 #include <string>
 #include <tuple>
 #include <vector>
@@ -23,19 +22,21 @@
 #include "dialogs/Form.h"
 #include "fields/CField.h"
 #include "fields/CFields.h"
-#include "fields/FieldOwner.h"
 #include "foundation/Error.h"
 #include "foundation/Globals.h"
 #include "foundation/HostServices.h"
 #include "foundation/ProfileOwner.h"
 #include "host/BuiltInComponents.h"
-#include "interfaces/IDisplayItem.h"
-#include "interfaces/ISubItemConnable.h"
 #include "interfaces/IUnitConverter.h"
-#include "interfaces/IUnknown.h"
 #include "types/CSNVTType.h"
 
 namespace kolvane::test {
+
+// The bundled type catalogue and NVO table.
+inline constexpr char kBundledCatalogue[] = KOLVANE_SOURCE_DIR "/examples/snvts.xml";
+inline constexpr char kBundledNvoTable[] = KOLVANE_SOURCE_DIR "/examples/nvotable.xml";
+// Why a test that needs the decimal-comma locale fails without it.
+inline constexpr char kMissingLocale[] = "locale de_DE.UTF-8 is missing: run scripts/setup.sh";
 
 // The error number f raises: 0 when it runs through, -1 for an exception that is not an Error.
 template <class F>
@@ -49,9 +50,6 @@ int32_t ErrorNumberOf(F&& f) {
   }
   return 0;
 }
-
-// Why a test that needs the decimal-comma locale fails without it.
-inline constexpr char kMissingLocale[] = "locale de_DE.UTF-8 is missing: run scripts/setup.sh";
 
 // Makes an XML text (or the file at that path), comments kept, the type catalogue while alive.
 struct ScopedCatalogue {
@@ -67,10 +65,18 @@ struct ScopedCatalogue {
   const std::shared_ptr<pugi::xml_document> document = std::make_shared<pugi::xml_document>();
 };
 
+// The bundled catalogue's text with extra type elements added at its end.
+inline std::string BundledCatalogueWith(const std::string& extra_types) {
+  std::ifstream file(kBundledCatalogue, std::ios::binary);
+  std::string text((std::istreambuf_iterator<char>(file)), std::istreambuf_iterator<char>());
+  text.insert(text.rfind("</SNVTS>"), extra_types);
+  return text;
+}
+
 // A type loaded from the catalogue.
-inline CSNVTType LoadedType(const std::string& identifier) {
-  CSNVTType type;
-  type.Load(identifier);
+inline std::shared_ptr<CSNVTType> TypeOf(const std::string& identifier) {
+  auto type = std::make_shared<CSNVTType>();
+  type->Load(identifier);
   return type;
 }
 
@@ -86,6 +92,14 @@ struct MessageBoxRecorder {
   std::vector<Box> boxes;
   MessageBoxHandler previous;
 };
+using Boxes = std::vector<MessageBoxRecorder::Box>;
+
+// The warning loading shows for the missing default of item (or field path) name.
+inline MessageBoxRecorder::Box DefaultBox(const std::string& name, const std::string& assumed) {
+  return {name + ": Default value not defined into the XML file of the profile; " + assumed +
+              " assumed.",
+          vbCritical, "Warning"};
+}
 
 // A fresh folder under the temporary folder, removed with its contents.
 struct TempFolder {
@@ -102,17 +116,6 @@ struct TempFolder {
   const std::string path =
       std::filesystem::temp_directory_path() /
       ("kolvane-test-" + std::to_string(getpid()) + "-" + std::to_string(std::random_device()()));
-};
-
-// Sets an environment variable while alive.
-struct ScopedEnv {
-  ScopedEnv(const char* name, const char* value) : name(name) {
-    if (const char* old = std::getenv(name)) saved = old;
-    setenv(name, value, 1);
-  }
-  ~ScopedEnv() { saved ? setenv(name.c_str(), saved->c_str(), 1) : unsetenv(name.c_str()); }
-  std::string name;
-  std::optional<std::string> saved;
 };
 
 // Makes separator the user's decimal separator (and the other one the alternate) while alive.
@@ -145,27 +148,17 @@ struct ScopedComponent {
   std::string progId;
 };
 
-// Counts the yields to the host while alive.
-struct YieldCounter {
-  YieldCounter() : previous(SetYieldHandler([this] { ++count; })) {}
-  ~YieldCounter() { SetYieldHandler(std::move(previous)); }
-  int count = 0;
-  YieldHandler previous;
-};
-
 // Acts as the user: records the caption of every form it runs and runs the queued steps, one
 // per form shown, in order; with no step left a form returns at once.
-class ScriptedFormHost final : public FormHost {
- public:
-  using Step = std::function<void(Form&)>;
+struct ScriptedFormHost final : FormHost {
   void RunModal(Form& form) override {
     captions.push_back(form.Caption());
     if (steps.empty()) return;
-    Step step = std::move(steps.front());
+    const auto step = std::move(steps.front());
     steps.pop_front();
     step(form);
   }
-  std::deque<Step> steps;
+  std::deque<std::function<void(Form&)>> steps;
   std::vector<std::string> captions;
 };
 
@@ -177,27 +170,26 @@ struct ScopedFormHost {
   std::shared_ptr<FormHost> previous;
 };
 
-// Stands for the network variable (item type 2) or configuration property (3) owning fields.
-class FakeOwner final : public ISubItemConnable,
-                        public IDisplayItem,
-                        public internal::FieldOwner {
+// Stands for the network variable (item type 2) or configuration property (3) owning fields;
+// its global key is "G\" + name, its display key the name.
+class FakeOwner final : public ISubItemConnable, public IDisplayItem, public internal::FieldOwner {
  public:
   explicit FakeOwner(int32_t item_type, std::string name = "Owner")
-      : item_type(item_type), name(name), global_key("G\\" + name), key(std::move(name)) {}
+      : item_type(item_type), name(std::move(name)) {}
 
   void ISubItemConnable_IsConnected(bool) override {}
   void ISubItemConnable_HasPriority(bool) override {}
   void ISubItemConnable_IncrementalConnIndex(int32_t) override {}
   void ISubItemConnable_ConnectedType(const std::string&) override {}
   int32_t ISubItemConnable_ItemType() const override { return item_type; }
-  std::string ISubItemConnable_GlobalKey() const override { return global_key; }
+  std::string ISubItemConnable_GlobalKey() const override { return "G\\" + name; }
   std::string ISubItemConnable_Name() const override { return name; }
   std::shared_ptr<ISNVType> ISubItemConnable_SNVTType() const override { return nullptr; }
   bool ISubItemConnable_IsSNVTCompatible(const std::string&) override { return false; }
 
   std::string IDisplayItem_DisplayText() const override { return name; }
   void IDisplayItem_DisplayText(const std::string&) override {}
-  std::string IDisplayItem_Key() const override { return key; }
+  std::string IDisplayItem_Key() const override { return name; }
   int32_t IDisplayItem_ItemType() const override { return item_type == 3 ? 0 : 1; }
   int32_t IDisplayItem_Icon() const override { return 0; }
   bool IDisplayItem_IsWritable() const override { return true; }
@@ -212,32 +204,23 @@ class FakeOwner final : public ISubItemConnable,
   bool FieldDefaultsFlag() const override { return field_defaults; }
 
   int32_t item_type;
-  std::string name, global_key, key;
+  std::string name;
   bool displayable = true;
   bool field_defaults = false;
   std::shared_ptr<IUnitConverter> converter =
       std::dynamic_pointer_cast<IUnitConverter>(CreateObject("UnitManager.Converter"));
 };
 
-// The fields of structure type type_name for owner, built from position (advanced) and keyed
-// below the owner's global key.
+// The fields of structure type type_name for owner, keyed below the owner's global key.
 inline std::shared_ptr<CFields> BuildFields(const std::shared_ptr<FakeOwner>& owner,
                                             const std::string& type_name,
-                                            const std::string& value_text, bool warn,
-                                            int32_t& position) {
+                                            const std::string& value_text = "", bool warn = false) {
   auto fields = std::make_shared<CFields>();
   fields->SetParent(owner);
-  fields->BuildFromType(position, type_name, owner->item_type, value_text, warn);
-  fields->SetGlobalKeys(owner->global_key);
-  return fields;
-}
-
-inline std::shared_ptr<CFields> BuildFields(const std::shared_ptr<FakeOwner>& owner,
-                                            const std::string& type_name,
-                                            const std::string& value_text = "",
-                                            bool warn = false) {
   int32_t position = 0;
-  return BuildFields(owner, type_name, value_text, warn, position);
+  fields->BuildFromType(position, type_name, owner->item_type, value_text, warn);
+  fields->SetGlobalKeys(owner->ISubItemConnable_GlobalKey());
+  return fields;
 }
 
 // The field at a dotted path ("room.fan.value") of fields, as a CField; nullptr when missing.
@@ -254,14 +237,6 @@ inline std::shared_ptr<CField> FieldAt(const std::shared_ptr<IFields>& fields,
   return std::dynamic_pointer_cast<CField>(field);
 }
 
-// The bundled catalogue's text with extra type elements added at its end.
-inline std::string BundledCatalogueWith(const std::string& extra_types) {
-  std::ifstream file(KOLVANE_SOURCE_DIR "/examples/snvts.xml", std::ios::binary);
-  std::string text((std::istreambuf_iterator<char>(file)), std::istreambuf_iterator<char>());
-  text.insert(text.rfind("</SNVTS>"), extra_types);
-  return text;
-}
-
 // node as raw XML text, no indentation.
 inline std::string XmlText(pugi::xml_node node) {
   std::ostringstream out;
@@ -269,41 +244,51 @@ inline std::string XmlText(pugi::xml_node node) {
   return out.str();
 }
 
-// Stands for the profile owning the collections; counts the compatible-list rebuilds asked of it.
+// Stands for the profile owning the collections; counts what the collections tell it.
 class FakeProfile final : public IUnknown, public internal::ProfileOwner {
  public:
   void RebuildCompatibilityLists() override { ++rebuilds; }
-  int rebuilds = 0;
+  void ConfigPropertiesChanged() override { ++changes; }
+  void ConfigPropertyRenamed(const std::string& global_key, const std::string& name) override {
+    renames.emplace_back(global_key, name);
+  }
+  int rebuilds = 0, changes = 0;
+  std::vector<std::pair<std::string, std::string>> renames;
 };
 
-// Clears Globals::NeedSaveFlag and DisplayIncompatibleFlag while alive, then restores them.
-struct ScopedSaveFlags {
-  ScopedSaveFlags()
-      : need_save(Globals::NeedSaveFlag), display_incompatible(Globals::DisplayIncompatibleFlag) {
-    Clear();
-  }
-  ~ScopedSaveFlags() {
+// Bundled catalogue, message boxes recorded, "." as decimal separator, the save flags
+// (Globals::NeedSaveFlag, DisplayIncompatibleFlag) cleared and restored afterwards.
+class CatalogueFixture : public ::testing::Test {
+ protected:
+  CatalogueFixture() { ClearFlags(); }
+  ~CatalogueFixture() override {
     Globals::NeedSaveFlag = need_save;
     Globals::DisplayIncompatibleFlag = display_incompatible;
   }
-  void Clear() { Globals::NeedSaveFlag = Globals::DisplayIncompatibleFlag = false; }
-  bool need_save, display_incompatible;
-};
+  static void ClearFlags() { Globals::NeedSaveFlag = Globals::DisplayIncompatibleFlag = false; }
 
-// An XML text (or the file at that path) parsed into a document of its own.
-struct ParsedXml {
-  explicit ParsedXml(const std::string& xml, bool is_path = false) {
+  // The element xml (comments kept), alive as long as the fixture.
+  pugi::xml_node Element(const std::string& xml) {
+    pugi::xml_document& document = documents.emplace_back();
     const auto result =
-        is_path ? document.load_file(xml.c_str()) : document.load_string(xml.c_str());
-    EXPECT_TRUE(result) << result.description();
+        document.load_string(xml.c_str(), pugi::parse_default | pugi::parse_comments);
+    EXPECT_TRUE(result) << result.description() << ": " << xml;
+    return document.document_element();
   }
-  // The document element.
-  pugi::xml_node Root() const { return document.document_element(); }
-  pugi::xml_document document;
+
+  const bool need_save = Globals::NeedSaveFlag;
+  const bool display_incompatible = Globals::DisplayIncompatibleFlag;
+  MessageBoxRecorder boxes;
+  ScopedDecimalSeparator point{"."};
+  ScopedCatalogue catalogue{kBundledCatalogue, true};
+  std::deque<pugi::xml_document> documents;
 };
 
-// The bundled type catalogue and NVO table.
-inline constexpr char kBundledCatalogue[] = KOLVANE_SOURCE_DIR "/examples/snvts.xml";
-inline constexpr char kBundledNvoTable[] = KOLVANE_SOURCE_DIR "/examples/nvotable.xml";
+// item, which must not be null: a null one ends the test as failed (by an exception).
+template <class Pointer>
+Pointer NotNull(Pointer item, const std::string& what = "") {
+  if (!item) throw std::runtime_error("unexpected null " + what);
+  return item;
+}
 
 }  // namespace kolvane::test

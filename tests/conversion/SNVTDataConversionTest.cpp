@@ -10,17 +10,18 @@ using namespace SNVTDataConversion;
 constexpr char kS[] = "SignedNumeric";
 constexpr char kU[] = "UnsignedNumeric";
 
+// A value, its kind and length in bytes, the raw text expected and the coefficients A, B, C.
 struct RawCase {
   const char* value;
   const char* kind;
   int32_t length;
-  int16_t a, b, c;
   const char* hex;
+  int16_t a = 1, b = 0, c = 0;
 };
 
 void ExpectRaw(const std::vector<RawCase>& cases, const std::string& separator) {
   test::ScopedDecimalSeparator decimal(separator);
-  for (const auto& [value, kind, length, a, b, c, hex] : cases) {
+  for (const auto& [value, kind, length, hex, a, b, c] : cases) {
     EXPECT_EQ(ValueToRaw(value, kind, length, a, b, c), hex)
         << '"' << value << "\" " << kind << " " << length << " " << a << "," << b << "," << c
         << " with \"" << separator << '"';
@@ -51,112 +52,77 @@ TEST(SNVTDataConversionTest, EnumStateNameComparesTheWholeValueText) {
   }
 }
 
-// 50.25 and 50.75 scale to 100.5 and 101.5 (ties to even); 70000 has high byte 273 (clamped)
-// and low byte 112; -1 and -257 stop at their negative low byte; 4-byte values pass through
-// single precision and 7 digits (16777217 as 1.677722E+07, 2147483647 as 2.147484E+09).
+// 70000 has high byte 273 (clamped) and low byte 112; -1 and -257 stop at their negative low
+// byte; "Invalid" of 4 bytes is written as of 2. With "." a text is read up to what is no number.
 TEST(SNVTDataConversionTest, IntegersTakeTheirBytesByLength) {
   // clang-format off
-  ExpectRaw({{"0", kU, 1, 1, 0, 0, "00"}, {"255", kU, 1, 1, 0, 0, "FF"},
-             {"256", kU, 1, 1, 0, 0, "FF"}, {"128", kU, 1, 1, 0, 0, "80"},
-             {"-1", kU, 1, 1, 0, 0, "FF"}, {"-129", kS, 1, 1, 0, 0, "7F"},
-             {"-128", kS, 1, 1, 0, 0, "80"}, {"50.25", kU, 1, 5, -1, 0, "64"},
-             {"50.75", kU, 1, 5, -1, 0, "66"}, {"-4000", kS, 2, 1, 0, 0, "F060"},
-             {"32767", kS, 2, 1, 0, 0, "7FFF"}, {"-32768", kS, 2, 1, 0, 0, "8000"},
-             {"32768", kS, 2, 1, 0, 0, ""}, {"-32769", kS, 2, 1, 0, 0, ""},
-             {"65535", kU, 2, 1, 0, 0, "FFFF"}, {"65536", kU, 2, 1, 0, 0, "FF00"},
-             {"70000", kU, 2, 1, 0, 0, "FF70"}, {"-1", kU, 2, 1, 0, 0, "00"},
-             {"-256", kU, 2, 1, 0, 0, "FF00"}, {"-257", kU, 2, 1, 0, 0, "FF"},
-             {"-2", kS, 4, 1, 0, 0, "FFFFFFFE"}, {"2000000000", kU, 4, 1, 0, 0, "77359400"},
-             {"16777217", kU, 4, 1, 0, 0, "01000004"}, {"2147483000", kU, 4, 1, 0, 0, "7FFFFD78"},
-             {"2147483647", kU, 4, 1, 0, 0, ""}, {"3000000000", kU, 4, 1, 0, 0, ""},
-             {"5", kU, 3, 1, 0, 0, ""}, {"5", kS, 0, 1, 0, 0, ""},
-             {"", kU, 2, 1, -1, -2740, "0AB4"}, {"7", kS, 2, 0, 0, 5, "0000"},
-             {"Invalid", kS, 1, 1, 0, 0, "7F"}, {"Invalid", kS, 2, 1, 0, 0, "7FFF"},
-             {"Invalid", kS, 4, 1, 0, 0, "7FFF"}, {"Invalid", kU, 1, 1, 0, 0, "FF"},
-             {"Invalid", kU, 2, 1, 0, 0, "FFFF"}, {"Invalid", kU, 4, 1, 0, 0, "FFFF"},
-             {"12abc", kU, 1, 1, 0, 0, "0C"}, {" 7", kU, 1, 1, 0, 0, "07"},
-             {"abc", kS, 2, 1, 0, 0, "0000"},
-             {"1.234,5", kS, 2, 1, -2, 0, "007B"}},
+  ExpectRaw({{"0", kU, 1, "00"}, {"255", kU, 1, "FF"}, {"256", kU, 1, "FF"}, {"128", kU, 1, "80"},
+             {"-1", kU, 1, "FF"}, {"-129", kS, 1, "7F"}, {"-128", kS, 1, "80"},
+             {"-4000", kS, 2, "F060"}, {"32767", kS, 2, "7FFF"}, {"-32768", kS, 2, "8000"},
+             {"32768", kS, 2, ""}, {"-32769", kS, 2, ""}, {"65535", kU, 2, "FFFF"},
+             {"65536", kU, 2, "FF00"}, {"70000", kU, 2, "FF70"}, {"-1", kU, 2, "00"},
+             {"-256", kU, 2, "FF00"}, {"-257", kU, 2, "FF"}, {"-2", kS, 4, "FFFFFFFE"},
+             {"2000000000", kU, 4, "77359400"}, {"2147483000", kU, 4, "7FFFFD78"},
+             {"2147483647", kU, 4, ""}, {"3000000000", kU, 4, ""}, {"5", kU, 3, ""},
+             {"5", kS, 0, ""}, {"", kU, 2, "0AB4", 1, -1, -2740}, {"7", kS, 2, "0000", 0, 0, 5},
+             {"Invalid", kS, 1, "7F"}, {"Invalid", kS, 2, "7FFF"}, {"Invalid", kS, 4, "7FFF"},
+             {"Invalid", kU, 1, "FF"}, {"Invalid", kU, 2, "FFFF"}, {"Invalid", kU, 4, "FFFF"},
+             {"12abc", kU, 1, "0C"}, {" 7", kU, 1, "07"}, {"abc", kS, 2, "0000"},
+             {"1.234,5", kS, 2, "007B", 1, -2}},
             ".");
   // clang-format on
 }
 
-// A text is not localised: "1.5" stays "1.5" with either separator.
-TEST(SNVTDataConversionTest, ScaledValuesReadEitherSeparator) {
+// 50.25 and 50.75 scale to 100.5 and 101.5 (ties to even); 4-byte values pass through single
+// precision and 7 digits (16777217 as 1.677722E+07). A float text that cannot be read at all
+// (beyond double range) counts as 0, unlike one that reads but does not fit single precision.
+// Texts are not localised, blank padded, Windows-1252 ("?" for what it lacks) and end in zero.
+// Bit fields are unscaled integers.
+TEST(SNVTDataConversionTest, OtherKindsReadEitherSeparator) {
   // clang-format off
   const std::vector<RawCase> cases = {
-      {"21.5", kS, 2, 1, -2, 0, "0866"}, {"21,5", kS, 2, 1, -2, 0, "0866"},
-      {"-40", kS, 2, 1, -2, 0, "F060"}, {"327.67", kS, 2, 1, -2, 0, "7FFF"},
-      {"327,67", kS, 2, 1, -2, 0, "7FFF"}, {"-327.68", kS, 2, 1, -2, 0, "8000"},
-      {"-327,68", kS, 2, 1, -2, 0, "8000"}, {"327.68", kS, 2, 1, -2, 0, ""},
-      {"327,68", kS, 2, 1, -2, 0, ""}, {"26", kU, 2, 1, -1, -2740, "0BB8"},
-      {"26.5", kU, 2, 1, -1, -2740, "0BBD"}, {"100", kS, 2, 5, -3, 0, "4E20"},
-      {"-0.5", kS, 2, 5, -3, 0, "FF9C"}, {"100", kU, 1, 5, -1, 0, "C8"},
-      {"50,25", kU, 1, 5, -1, 0, "64"}, {"50.75", kU, 1, 5, -1, 0, "66"},
-      {"16777217", kU, 4, 1, 0, 0, "01000004"}, {"21.5", "Float", 4, 0, 0, 0, "41AC0000"},
-      {"21,5", "Float", 4, 0, 0, 0, "41AC0000"}, {"0,1", "Float", 4, 0, 0, 0, "3DCCCCCD"},
-      {"-1", "Float", 4, 0, 0, 0, "BF800000"}, {"", "Float", 4, 0, 0, 0, "7F810000"},
-      {"Invalid", "Float", 4, 0, 0, 0, "7F810000"}, {"1e39", "Float", 4, 0, 0, 0, ""},
-      {"-1e39", "Float", 4, 0, 0, 0, ""}, {"1.5", "Textual", 4, 0, 0, 0, "312E3500"}};
+      {"21.5", kS, 2, "0866", 1, -2}, {"21,5", kS, 2, "0866", 1, -2}, {"-40", kS, 2, "F060", 1, -2},
+      {"327.67", kS, 2, "7FFF", 1, -2}, {"327,67", kS, 2, "7FFF", 1, -2},
+      {"-327.68", kS, 2, "8000", 1, -2}, {"-327,68", kS, 2, "8000", 1, -2},
+      {"327.68", kS, 2, "", 1, -2}, {"327,68", kS, 2, "", 1, -2},
+      {"26", kU, 2, "0BB8", 1, -1, -2740}, {"26.5", kU, 2, "0BBD", 1, -1, -2740},
+      {"100", kS, 2, "4E20", 5, -3}, {"-0.5", kS, 2, "FF9C", 5, -3}, {"100", kU, 1, "C8", 5, -1},
+      {"50,25", kU, 1, "64", 5, -1}, {"50.75", kU, 1, "66", 5, -1},
+      {"16777217", kU, 4, "01000004"},
+      {"21.5", "Float", 4, "41AC0000"}, {"21,5", "Float", 4, "41AC0000"},
+      {"0,1", "Float", 4, "3DCCCCCD"}, {"-1", "Float", 4, "BF800000"},
+      {"", "Float", 4, "7F810000"}, {"Invalid", "Float", 4, "7F810000"},
+      {"1e39", "Float", 4, ""}, {"-1e39", "Float", 4, ""},
+      {"1e400", "Float", 4, "00000000"}, {"-1e400", "Float", 4, "00000000"},
+      {"1.5", "Textual", 4, "312E3500"}, {"AB", "Textual", 5, "4142202000"},
+      {"ABCDEFG", "Textual", 5, "4142434400"}, {"é€", "Textual", 3, "E98000"},
+      {"é€x", "Textual", 3, "E98000"}, {"日", "Textual", 3, "3F2000"},
+      {"", "Textual", 3, "202000"}, {"X", "Textual", 1, "00"}, {"X", "Textual", 0, ""},
+      {"32768", "Bitfield", 2, "8000"}, {"10", "Bitfield", 1, "0A", 5, -1, 3},
+      {"2147483647", "Bitfield", 4, "7FFFFFFF"}, {"2147483648", "Bitfield", 4, ""},
+      {"1", "Bitfield", 8, ""}, {"1", "Struct", 2, ""}, {"1", "Bogus", 2, ""}};
   // clang-format on
   ExpectRaw(cases, ".");
   ExpectRaw(cases, ",");
   // With "," the whole text must be a number.
-  ExpectRaw({{"abc", kS, 2, 1, 0, 0, ""},
-             {"12abc", kU, 1, 1, 0, 0, ""},
-             {"1.234,5", kS, 2, 1, -2, 0, ""}},
-            ",");
-}
-
-// A value beyond single range has no raw form, also when it is beyond double range.
-// A float text that cannot be read at all (beyond double range) counts as 0, unlike one that
-// reads but does not fit single precision.
-TEST(SNVTDataConversionTest, UnreadableFloatsCountAsZero) {
-  ExpectRaw({{"1e400", "Float", 4, 0, 0, 0, "00000000"},
-             {"-1e400", "Float", 4, 0, 0, 0, "00000000"},
-             {"1e39", "Float", 4, 0, 0, 0, ""}},
-            ".");
-  ExpectRaw({{"1e400", "Float", 4, 0, 0, 0, "00000000"}}, ",");
-}
-
-TEST(SNVTDataConversionTest, TextsAreBlankPaddedWindows1252AndEndInZero) {
-  ExpectRaw({{"AB", "Textual", 5, 0, 0, 0, "4142202000"},
-             {"ABCDEFG", "Textual", 5, 0, 0, 0, "4142434400"},
-             {"é€", "Textual", 3, 0, 0, 0, "E98000"},
-             {"é€x", "Textual", 3, 0, 0, 0, "E98000"},
-             {"日", "Textual", 3, 0, 0, 0, "3F2000"},
-             {"", "Textual", 3, 0, 0, 0, "202000"},
-             {"X", "Textual", 1, 0, 0, 0, "00"},
-             {"X", "Textual", 0, 0, 0, 0, ""}},
-            ".");
+  ExpectRaw({{"abc", kS, 2, ""}, {"12abc", kU, 1, ""}, {"1.234,5", kS, 2, "", 1, -2}}, ",");
 }
 
 TEST(SNVTDataConversionTest, EnumerationsTakeTheUtilitysStateNumber) {
-  test::ScopedCatalogue catalogue(KOLVANE_SOURCE_DIR "/examples/snvts.xml", true);
-  const std::vector<RawCase> cases = {{"OC_UNOCCUPIED", "Enum", 1, 0, 0, 0, "01"},
-                                      {"oc_unoccupied", "Enum", 1, 0, 0, 0, "01"},
-                                      {"OC_NUL", "Enum", 1, 0, 0, 0, "FF"},
-                                      {"255", "Enum", 1, 0, 0, 0, "FF"},
-                                      {"Invalid", "Enum", 1, 0, 0, 0, "FF"},
-                                      {"-1", "Enum", 1, 0, 0, 0, "FF"},
-                                      {"nope", "Enum", 1, 0, 0, 0, ""}};
-  ExpectRaw(cases, ".");
+  test::ScopedCatalogue catalogue(test::kBundledCatalogue, true);
+  ExpectRaw({{"OC_UNOCCUPIED", "Enum", 1, "01"},
+             {"oc_unoccupied", "Enum", 1, "01"},
+             {"OC_NUL", "Enum", 1, "FF"},
+             {"255", "Enum", 1, "FF"},
+             {"Invalid", "Enum", 1, "FF"},
+             {"-1", "Enum", 1, "FF"},
+             {"nope", "Enum", 1, ""}},
+            ".");
   {
     test::ScopedComponent none("Moraface.Utility", {});
     EXPECT_EQ(ValueToRaw("OC_UNOCCUPIED", "Enum", 1, 0, 0, 0), "");
   }
   EXPECT_EQ(ValueToRaw("OC_UNOCCUPIED", "Enum", 1, 0, 0, 0), "01");  // built-in restored
-}
-
-TEST(SNVTDataConversionTest, BitFieldsAreUnscaledIntegers) {
-  ExpectRaw({{"32768", "Bitfield", 2, 1, 0, 0, "8000"},
-             {"10", "Bitfield", 1, 5, -1, 3, "0A"},
-             {"2147483647", "Bitfield", 4, 1, 0, 0, "7FFFFFFF"},
-             {"2147483648", "Bitfield", 4, 1, 0, 0, ""},
-             {"1", "Bitfield", 8, 1, 0, 0, ""},
-             {"1", "Struct", 2, 1, 0, 0, ""},
-             {"1", "Bogus", 2, 1, 0, 0, ""}},
-            ".");
 }
 
 TEST(SNVTDataConversionTest, NumberToHexBytesAndSwapBytePairs) {

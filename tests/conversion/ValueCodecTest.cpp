@@ -1,7 +1,5 @@
 #include "conversion/ValueCodec.h"
 
-#include "fields/CField.h"
-#include "fields/CFields.h"
 #include "types/CState.h"
 #include "types/CStates.h"
 #include "types/CTypeOverride.h"
@@ -12,6 +10,7 @@ namespace kolvane {
 namespace {
 
 using test::ErrorNumberOf;
+using test::TypeOf;
 
 // Shows every conversion, so that display units and the type's own units tell apart.
 class MarkingConverter final : public IUnitConverter {
@@ -29,12 +28,6 @@ class MarkingConverter final : public IUnitConverter {
   double TextToNumber(const std::string&) override { return 0; }
 };
 
-std::shared_ptr<ISNVType> TypeOf(const std::string& id) {
-  auto type = std::make_shared<CSNVTType>();
-  type->Load(id);
-  return type;
-}
-
 std::shared_ptr<ITypeOverride> Override(const std::string& type,
                                         std::vector<std::pair<int16_t, std::string>> states) {
   auto result = std::make_shared<CTypeOverride>();
@@ -50,31 +43,28 @@ std::shared_ptr<ITypeOverride> Override(const std::string& type,
   return result;
 }
 
-class ValueCodecTest : public ::testing::Test {
- protected:
-  test::ScopedDecimalSeparator point{"."};
-  test::ScopedCatalogue catalogue{KOLVANE_SOURCE_DIR "/examples/snvts.xml", true};
-};
+// "plain|shown|shown default|shown minimum|shown maximum" texts of an item.
+std::string Texts(const codec::ItemTexts& item) {
+  return codec::PlainValue(item) + "|" + codec::DisplayValue(item) + "|" +
+         codec::DisplayDefault(item) + "|" + codec::DisplayLimit(item, false) + "|" +
+         codec::DisplayLimit(item, true);
+}
+
+using ValueCodecTest = test::CatalogueFixture;
 
 TEST_F(ValueCodecTest, NumbersShowInDisplayUnitsAndDefaultsInTheirOwn) {
+  // The limits shown are the converter's, not the item's own 5 and 30.
   codec::ItemTexts item{
       "21.5", "20.5", "5", "30", TypeOf("temp_p"), nullptr, std::make_shared<MarkingConverter>()};
-  EXPECT_EQ(codec::PlainValue(item), "21.5");
-  EXPECT_EQ(codec::DisplayValue(item), "[21.5] °F");
-  EXPECT_EQ(codec::DisplayDefault(item), "20.5 °C");
-  EXPECT_EQ(codec::DisplayLimit(item, false), "min-temp_p °F");  // not the item's own 5
-  EXPECT_EQ(codec::DisplayLimit(item, true), "max-temp_p °F");
+  EXPECT_EQ(Texts(item), "21.5|[21.5] °F|20.5 °C|min-temp_p °F|max-temp_p °F");
   {
     test::ScopedDecimalSeparator comma(",");
-    EXPECT_EQ(codec::PlainValue(item), "21,5");
-    EXPECT_EQ(codec::DisplayValue(item), "[21,5] °F");
-    EXPECT_EQ(codec::DisplayDefault(item), "20,5 °C");
+    EXPECT_EQ(Texts(item), "21,5|[21,5] °F|20,5 °C|min-temp_p °F|max-temp_p °F");
     item.value = "12,5";
     EXPECT_EQ(codec::DisplayValue(item), "[12,5] °F");
   }
   item.value = "Invalid";
-  EXPECT_EQ(codec::DisplayValue(item), "Invalid");
-  EXPECT_EQ(codec::PlainValue(item), "Invalid");
+  EXPECT_EQ(codec::PlainValue(item) + "|" + codec::DisplayValue(item), "Invalid|Invalid");
 
   item.converter = nullptr;
   item.value = "1.5";
@@ -88,45 +78,32 @@ TEST_F(ValueCodecTest, NumbersShowInDisplayUnitsAndDefaultsInTheirOwn) {
 
 TEST_F(ValueCodecTest, OtherKindsAndStructures) {
   test::ScopedDecimalSeparator comma(",");
+  // An enumeration shows as stored and its default by name; other limits are localised.
   const codec::ItemTexts state{" OC_BYPASS ",       "1",     " 0.5 ", "3",
                                TypeOf("occupancy"), nullptr, nullptr};
-  EXPECT_EQ(codec::PlainValue(state), " OC_BYPASS ");
-  EXPECT_EQ(codec::DisplayValue(state), " OC_BYPASS ");
-  EXPECT_EQ(codec::DisplayDefault(state), "OC_UNOCCUPIED");
-  EXPECT_EQ(codec::DisplayLimit(state, false) + "|" + codec::DisplayLimit(state, true), "0,5|3");
-
+  EXPECT_EQ(Texts(state), " OC_BYPASS | OC_BYPASS |OC_UNOCCUPIED|0,5|3");
+  // A text is trimmed and localised like a number; it has no limits.
   const codec::ItemTexts text{" a.b ", " d.e ", "", "", TypeOf("str_asc"), nullptr, nullptr};
-  EXPECT_EQ(codec::PlainValue(text) + "|" + codec::DisplayValue(text) + "|" +
-                codec::DisplayDefault(text) + "|" + codec::DisplayLimit(text, false),
-            "a,b|a,b|d,e|");
+  EXPECT_EQ(Texts(text), "a,b|a,b|d,e||");
 
   codec::ItemTexts empty{"", "", "", "", TypeOf("switch"), std::make_shared<CFields>(), nullptr};
-  EXPECT_EQ(codec::PlainValue(empty) + codec::DisplayValue(empty) + codec::DisplayDefault(empty) +
-                codec::DisplayLimit(empty, true),
-            "{}{}{}{}");
+  EXPECT_EQ(Texts(empty), "{}|{}|{}|{}|{}");
   empty.fields = nullptr;
   EXPECT_EQ(ErrorNumberOf([&] { codec::PlainValue(empty); }), 91);
 
+  // The state shows no limit: its blanks stay inside the braces.
   test::ScopedDecimalSeparator point(".");
   const auto owner = std::make_shared<test::FakeOwner>(3);
-  const codec::ItemTexts lamp{"",
-                              "",
-                              "",
-                              "",
-                              TypeOf("switch"),
-                              test::BuildFields(owner, "switch", "{ 12.5  TOGGLE_ON }"),
-                              nullptr};
-  EXPECT_EQ(codec::PlainValue(lamp), "{ 12.5  TOGGLE_ON }");
-  EXPECT_EQ(codec::DisplayValue(lamp), "{ 12.5 %  TOGGLE_ON }");
-  EXPECT_EQ(codec::DisplayDefault(lamp), "{ 0 %  TOGGLE_OFF }");
-  // The state shows no limit: its blanks stay inside the braces.
-  EXPECT_EQ(codec::DisplayLimit(lamp, false), "{ 0 %   }");
-  EXPECT_EQ(codec::DisplayLimit(lamp, true), "{ 100 %   }");
+  const auto fields = test::BuildFields(owner, "switch", "{ 12.5  TOGGLE_ON }");
+  const codec::ItemTexts lamp{"", "", "", "", TypeOf("switch"), fields, nullptr};
+  EXPECT_EQ(Texts(lamp),
+            "{ 12.5  TOGGLE_ON }|{ 12.5 %  TOGGLE_ON }|{ 0 %  TOGGLE_OFF }|"
+            "{ 0 %   }|{ 100 %   }");
 }
 
 TEST_F(ValueCodecTest, PointRecordInBothForms) {
   codec::PointRecord record{"P7", "G\\nciSet", "nciSet", "In",    "temp_p", "21.5",
-                            120,  45.5,        3,        nullptr, nullptr, {}};
+                            120,  45.5,        3,        nullptr, nullptr,  {}};
   pugi::xml_document document;
   pugi::xml_node parent = document.append_child("Points");
   EXPECT_EQ(test::XmlText(codec::WritePointRecord(document, parent, record, false)),
@@ -149,7 +126,8 @@ TEST_F(ValueCodecTest, OverridesOfTheItemAndOfNestedFields) {
   test::FieldAt(fields, "room.space_temp")->IOverridableItem_TypeOverride(Override("temp_f", {}));
   test::FieldAt(fields, "room.fan.state")->IOverridableItem_TypeOverride(occupancy);
 
-  codec::PointRecord record{"K", "", "nciRoom", "In", "40003", "{}", 0, 0, 0, occupancy, fields, {}};
+  codec::PointRecord record{"K", "", "nciRoom", "In",      "40003", "{}",
+                            0,   0,  0,         occupancy, fields,  {}};
   pugi::xml_document document;
   const pugi::xml_node point =
       codec::WritePointRecord(document, document.append_child("Points"), record, false);

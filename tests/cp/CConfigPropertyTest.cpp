@@ -1,23 +1,28 @@
 #include "cp/CConfigProperty.h"
 
+#include "cp/CConfigProperties.h"
 #include "dialogs/ValueDialog.h"
-#include "dialogs/frmCPModif1.h"
-#include "dialogs/frmCPModif2.h"
-#include "dialogs/frmCPModif3.h"
-#include "dialogs/frmCPModif4.h"
-#include "dialogs/frmCPModif5.h"
+#include "interfaces/IScheduleEditor.h"
 
-#include "CpTestSupport.h"
+#include "../TestSupport.h"
 
 namespace kolvane {
 namespace {
 
+using test::Boxes;
 using test::DefaultBox;
-using test::WarningBox;
-using Boxes = std::vector<test::MessageBoxRecorder::Box>;
 
-class CConfigPropertyTest : public test::CpFixture {};
-
+// Schedule types the bundled catalogue lacks.
+constexpr char kScheduleTypes[] = R"(
+  <SNVT_40050><NAME>40050</NAME><TYPE>UnsignedNumeric</TYPE><LENGTH>1</LENGTH></SNVT_40050>
+  <SNVT_40051><TYPE>UnsignedNumeric</TYPE></SNVT_40051>
+  <SNVT_40060><TYPE>UnsignedNumeric</TYPE></SNVT_40060>
+  <SNVT_40061><TYPE>UnsignedNumeric</TYPE></SNVT_40061>
+  <SNVT_40070><NAME>40070</NAME><TYPE>Struct</TYPE>
+    <Fields><start>count</start><mode>occupancy</mode></Fields></SNVT_40070>
+  <SNVT_40071><NAME>40071</NAME><TYPE>Struct</TYPE>
+    <Fields><start>count</start><mode>occupancy</mode></Fields></SNVT_40071>
+)";
 constexpr char kSetpoint[] =
     "<nciSetpoint><SNVTType>temp_p</SNVTType><Default>21.5</Default><Min>10</Min><Max>30</Max>"
     "</nciSetpoint>";
@@ -25,155 +30,140 @@ constexpr char kLamp[] =
     "<nciLamp><SNVTType>switch</SNVTType><value><Value>100</Value></value>"
     "<state><Value>TOGGLE_ON</Value></state></nciLamp>";
 
-TEST_F(CConfigPropertyTest, LoadsNumericKindsWithBoundsAndDefaults) {
-  const auto setpoint = Add(kSetpoint);
-  ASSERT_NE(setpoint, nullptr);
-  EXPECT_TRUE(boxes.boxes.empty());
-  EXPECT_EQ(setpoint->IConfigProperty_SNVTType()->ISNVType_ID(), "temp_p");
-  EXPECT_EQ(setpoint->IConfigProperty_SNVTType()->ISNVType_Min(), "10");
-  EXPECT_EQ(setpoint->IConfigProperty_SNVTType()->ISNVType_Max(), "30");
-  EXPECT_EQ(setpoint->IConfigProperty_DefaultValue(), "21.5");
-  EXPECT_EQ(setpoint->IConfigProperty_Value(), "21.5");
-  EXPECT_EQ(setpoint->IConfigProperty_RawValue(), "0866");
-  EXPECT_FALSE(setpoint->DefaultWarning());
-  EXPECT_FALSE(setpoint->IConfigProperty_Mandatory());
-  EXPECT_NE(std::dynamic_pointer_cast<frmCPModif1>(setpoint->Editor()), nullptr);
-  EXPECT_EQ(setpoint->Profile(), profile);
-
-  // Names matched in any case, comments skipped, the later of Default/Value wins.
-  const auto limit = Add(
-      "<nciLimit><!-- <SNVTType>temp_p</SNVTType> --><snvttype>count</snvttype><min>5</min>"
-      "<MAX>900</MAX><Default>7</Default><!-- note --><value>3</value></nciLimit>");
-  ASSERT_NE(limit, nullptr);
-  EXPECT_EQ(limit->IConfigProperty_SNVTType()->ISNVType_ID(), "count");
-  EXPECT_EQ(limit->IConfigProperty_SNVTType()->ISNVType_Min(), "5");
-  EXPECT_EQ(limit->IConfigProperty_SNVTType()->ISNVType_Max(), "900");
-  EXPECT_EQ(limit->IConfigProperty_DefaultValue(), "3");
-  EXPECT_NE(std::dynamic_pointer_cast<frmCPModif1>(limit->Editor()), nullptr);
-  EXPECT_TRUE(boxes.boxes.empty());
-
-  // No default: "0" assumed with a warning; the type's own bounds stay.
-  const auto flt = Add("<nciFloat><SNVTType>temp_f</SNVTType></nciFloat>");
-  ASSERT_NE(flt, nullptr);
-  EXPECT_EQ(boxes.boxes, Boxes{DefaultBox("nciFloat", "0")});
-  EXPECT_TRUE(flt->DefaultWarning());
-  EXPECT_EQ(flt->IConfigProperty_DefaultValue(), "0");
-  EXPECT_EQ(flt->IConfigProperty_Value(), "0");
-  EXPECT_EQ(flt->IConfigProperty_SNVTType()->ISNVType_Min(), "-273.17");
-  EXPECT_EQ(flt->IConfigProperty_SNVTType()->ISNVType_Max(), "3.40282E+38");
-  EXPECT_NE(std::dynamic_pointer_cast<frmCPModif1>(flt->Editor()), nullptr);
+// "type min..max default/value" of a property.
+std::string Summary(const IConfigProperty& property) {
+  const auto type = property.IConfigProperty_SNVTType();
+  return type->ISNVType_ID() + " " + type->ISNVType_Min() + ".." + type->ISNVType_Max() + " " +
+         property.IConfigProperty_DefaultValue() + "/" + property.IConfigProperty_Value();
 }
 
-TEST_F(CConfigPropertyTest, LoadsTextEnumAndBitfieldKinds) {
+// "global key index export-number" of a property.
+std::string Place(const IConfigProperty& property) {
+  return property.IConfigProperty_GlobalKey() + " " +
+         std::to_string(property.IConfigProperty_Index()) + " " +
+         std::to_string(property.IConfigProperty_ConnectionIndex());
+}
+
+// The bundled catalogue plus the schedule types, a collection owned by a fake profile.
+class CConfigPropertyTest : public test::CatalogueFixture {
+ protected:
+  CConfigPropertyTest() { properties.SetProfile(profile); }
+
+  // Adds the property written as one element (named after the property) to the collection.
+  std::shared_ptr<CConfigProperty> Add(const std::string& xml) {
+    const pugi::xml_node root = Element(xml);
+    return test::NotNull(std::dynamic_pointer_cast<CConfigProperty>(
+                             properties.IConfigProperties_AddCP(root.name(), nullptr, root)),
+                         xml);
+  }
+
+  test::ScopedCatalogue schedules{test::BundledCatalogueWith(kScheduleTypes)};
+  std::shared_ptr<test::FakeProfile> profile = std::make_shared<test::FakeProfile>();
+  CConfigProperties properties;
+};
+
+TEST_F(CConfigPropertyTest, LoadsBoundsAndDefaultsAndAssumesMissingDefaults) {
+  const auto setpoint = Add(kSetpoint);
+  // Names matched in any case, comments skipped, the later of Default/Value wins.
+  const auto limit =
+      Add("<nciLimit><!-- <SNVTType>temp_p</SNVTType> --><snvttype>count</snvttype><min>5</min>"
+          "<MAX>900</MAX><Default>7</Default><!-- note --><value>3</value></nciLimit>");
+  const auto flt = Add("<nciFloat><SNVTType>temp_f</SNVTType></nciFloat>");
   const auto text = Add("<nciText><SNVTType>str_asc</SNVTType></nciText>");
   const auto mode = Add("<nciMode><SNVTType>occupancy</SNVTType></nciMode>");
   const auto bits = Add("<nciBits><SNVTType>state</SNVTType></nciBits>");
-  ASSERT_TRUE(text && mode && bits);
-  EXPECT_EQ(boxes.boxes,
-            (Boxes{DefaultBox("nciText", "none"), DefaultBox("nciMode", "0"),
-                   DefaultBox("nciBits", "0")}));
-  EXPECT_EQ(text->IConfigProperty_DefaultValue(), "none");
-  EXPECT_EQ(text->IConfigProperty_Value(), "none");
-  EXPECT_EQ(mode->IConfigProperty_Value(), "0");
-  EXPECT_EQ(bits->IConfigProperty_Value(), "0");
-  for (const auto& property : {text, mode, bits}) EXPECT_TRUE(property->DefaultWarning());
-  EXPECT_NE(std::dynamic_pointer_cast<frmCPModif2>(text->Editor()), nullptr);
-  EXPECT_NE(std::dynamic_pointer_cast<frmCPModif3>(mode->Editor()), nullptr);
-  EXPECT_NE(std::dynamic_pointer_cast<frmCPModif5>(bits->Editor()), nullptr);
+  EXPECT_EQ(boxes.boxes, (Boxes{DefaultBox("nciFloat", "0"), DefaultBox("nciText", "none"),
+                                DefaultBox("nciMode", "0"), DefaultBox("nciBits", "0")}));
+  EXPECT_EQ(Summary(*setpoint), "temp_p 10..30 21.5/21.5");
+  EXPECT_EQ(Summary(*limit), "count 5..900 3/3");
+  EXPECT_EQ(Summary(*flt), "temp_f -273.17..3.40282E+38 0/0");  // the type's own bounds
+  EXPECT_EQ(text->IConfigProperty_DefaultValue() + "/" + text->IConfigProperty_Value(),
+            "none/none");
+  EXPECT_EQ(mode->IConfigProperty_Value() + "/" + bits->IConfigProperty_Value(), "0/0");
+  for (const auto& assumed : {flt, text, mode, bits}) EXPECT_TRUE(assumed->DefaultWarning());
+  EXPECT_FALSE(setpoint->DefaultWarning() || limit->DefaultWarning());
+  EXPECT_FALSE(setpoint->IConfigProperty_Mandatory());
+  EXPECT_EQ(setpoint->IConfigProperty_RawValue(), "0866");
+  EXPECT_EQ(setpoint->Profile(), profile);
 
+  // An enumeration keeps the bounds of its element.
   boxes.boxes.clear();
   const auto bypass =
-      Add("<nciBypass><SNVTType>occupancy</SNVTType><Default>OC_BYPASS</Default>"
-          "<Min>1.5</Min><Max>3</Max></nciBypass>");
-  ASSERT_NE(bypass, nullptr);
+      Add("<nciBypass><SNVTType>occupancy</SNVTType><Default>OC_BYPASS</Default><Min>1.5</Min>"
+          "<Max>3</Max></nciBypass>");
   EXPECT_TRUE(boxes.boxes.empty());
   EXPECT_FALSE(bypass->DefaultWarning());
   EXPECT_EQ(bypass->IConfigProperty_RawValue(), "02");
   test::ScopedDecimalSeparator comma{","};
-  EXPECT_EQ(bypass->IConfigProperty_Value(), "OC_BYPASS");
   EXPECT_EQ(bypass->IConfigProperty_DispValue(), "OC_BYPASS");
-  EXPECT_EQ(bypass->IConfigProperty_DispMin(), "1,5");
-  EXPECT_EQ(bypass->IConfigProperty_DispMax(), "3");
+  EXPECT_EQ(bypass->IConfigProperty_DispMin() + "|" + bypass->IConfigProperty_DispMax(), "1,5|3");
 }
 
 TEST_F(CConfigPropertyTest, MissingTypeWarnsOnceAndStillLoads) {
-  for (const char* xml : {"<nciNone><Min>1</Min></nciNone>",
-                          "<nciEmpty><SNVTType></SNVTType></nciEmpty>",
-                          "<nciX><SNVTType>xtemp_p</SNVTType></nciX>"}) {
+  for (const char* xml :
+       {"<nciNone><Min>1</Min></nciNone>", "<nciEmpty><SNVTType></SNVTType></nciEmpty>",
+        "<nciX><SNVTType>xtemp_p</SNVTType></nciX>"}) {
     boxes.boxes.clear();
     const auto property = Add(xml);
-    ASSERT_NE(property, nullptr) << xml;
     const std::string name = property->IConfigProperty_Name();
     EXPECT_EQ(boxes.boxes,
-              Boxes{WarningBox(name + ": SNVT Type not defined into the XML file of the profile")});
+              (Boxes{{name + ": SNVT Type not defined into the XML file of the profile", vbCritical,
+                      "Warning"}}));
     EXPECT_EQ(property->Editor(), nullptr) << name;
-    EXPECT_EQ(property->IConfigProperty_DefaultValue(), "") << name;
-    EXPECT_EQ(property->IConfigProperty_Value(), "") << name;
+    EXPECT_EQ(property->IConfigProperty_DefaultValue() + property->IConfigProperty_Value(), "");
   }
   EXPECT_EQ(properties.IConfigProperties_Count(), 3);
 
   // A type name starting with "X" gives way to the fallback.
   boxes.boxes.clear();
   const auto fallback = std::make_shared<CConfigProperty>();
-  fallback->IConfigProperty_Name("nciFallback");
-  fallback->LoadFromXml(nullptr, Element("<nciFallback><SNVTType>X12</SNVTType>"
-                                         "<Default>5</Default></nciFallback>"),
-                        "count");
-  EXPECT_EQ(fallback->IConfigProperty_SNVTType()->ISNVType_ID(), "count");
-  EXPECT_EQ(fallback->IConfigProperty_Value(), "5");
+  fallback->LoadFromXml(
+      nullptr, Element("<nciFallback><SNVTType>X12</SNVTType><Default>5</Default></nciFallback>"),
+      "count");
+  EXPECT_EQ(Summary(*fallback), "count 0..65535 5/5");
   EXPECT_TRUE(boxes.boxes.empty());
 }
 
 TEST_F(CConfigPropertyTest, StructureTakesFieldValuesFromItsElement) {
   const auto lamp = Add(kLamp);
-  ASSERT_NE(lamp, nullptr);
-  EXPECT_EQ(boxes.boxes, (Boxes{DefaultBox("nciLamp.value", "0"), DefaultBox("nciLamp.state", "0")}));
+  EXPECT_EQ(boxes.boxes,
+            (Boxes{DefaultBox("nciLamp.value", "0"), DefaultBox("nciLamp.state", "0")}));
   EXPECT_EQ(lamp->IConfigProperty_Value(), "{ 100  TOGGLE_ON }");
   EXPECT_EQ(lamp->IConfigProperty_DefaultValue(), "{ 100  TOGGLE_ON }");
   EXPECT_EQ(lamp->IConfigProperty_RawValue(), "C801");
-  EXPECT_NE(std::dynamic_pointer_cast<frmCPModif4>(lamp->Editor()), nullptr);
-  ASSERT_NE(lamp->IConfigProperty_Fields(), nullptr);
-  EXPECT_EQ(lamp->IConfigProperty_Fields()->IFields_Count(), 2);
-  const auto state = test::FieldAt(lamp->IConfigProperty_Fields(), "state");
-  ASSERT_NE(state, nullptr);
-  EXPECT_EQ(state->IField_Value(), "TOGGLE_ON");
+  const auto state = test::NotNull(test::FieldAt(lamp->IConfigProperty_Fields(), "state"));
   EXPECT_EQ(state->IField_GlobalKey(), "PGeneric_Profile\\CPS\\CP1\\state");
   lamp->IConfigProperty_PointKey("P9");
   EXPECT_EQ(state->IDisplayItem_Key(), "P9.state");
 }
 
-TEST_F(CConfigPropertyTest, ValueTextsAndSaveFlag) {
+TEST_F(CConfigPropertyTest, ValueTextsAndWhatMarksTheProfileForSaving) {
   const auto setpoint = Add(kSetpoint);
-  ASSERT_NE(setpoint, nullptr);
-  EXPECT_EQ(setpoint->IConfigProperty_DispMin(), "-273.17 °C");
-  EXPECT_EQ(setpoint->IConfigProperty_DispMax(), "327.66 °C");
+  // The limits shown are the type's, in display units, not the property's own.
+  EXPECT_EQ(setpoint->IConfigProperty_DispMin() + "|" + setpoint->IConfigProperty_DispMax(),
+            "-273.17 °C|327.66 °C");
 
   test::ScopedDecimalSeparator comma{","};
-  EXPECT_EQ(setpoint->IConfigProperty_Value(), "21,5");
-  EXPECT_EQ(setpoint->IConfigProperty_DispValue(), "21,5 °C");
-  EXPECT_EQ(setpoint->IConfigProperty_DispDefault(), "21,5 °C");
-
-  flags.Clear();
-  setpoint->IConfigProperty_Value("22.5");
-  EXPECT_TRUE(Globals::NeedSaveFlag);
+  EXPECT_EQ(setpoint->IConfigProperty_DispValue() + "|" + setpoint->IConfigProperty_DispDefault(),
+            "21,5 °C|21,5 °C");
+  for (const auto& change :
+       std::vector<std::function<void()>>{[&] { setpoint->IConfigProperty_Value("22.5"); },
+                                          [&] { setpoint->IConfigProperty_XPosition(12.5); },
+                                          [&] { setpoint->IConfigProperty_YPosition(7); }}) {
+    ClearFlags();
+    change();
+    EXPECT_TRUE(Globals::NeedSaveFlag);
+  }
   EXPECT_EQ(setpoint->IConfigProperty_Value(), "22,5");
   EXPECT_EQ(setpoint->IConfigProperty_RawValue(), "08CA");
   EXPECT_EQ(setpoint->IConfigProperty_DefaultValue(), "21.5");
-
-  flags.Clear();
-  setpoint->IConfigProperty_XPosition(12.5);
-  EXPECT_TRUE(Globals::NeedSaveFlag);
-  flags.Clear();
-  setpoint->IConfigProperty_YPosition(7);
-  EXPECT_TRUE(Globals::NeedSaveFlag);
-  EXPECT_EQ(setpoint->IConfigProperty_XPosition(), 12.5);
-  EXPECT_EQ(setpoint->IConfigProperty_YPosition(), 7);
+  EXPECT_EQ(std::pair(setpoint->IConfigProperty_XPosition(), setpoint->IConfigProperty_YPosition()),
+            std::pair(12.5, 7.0));
 }
 
 TEST_F(CConfigPropertyTest, WritesItsElementAndReadsItBack) {
   const auto setpoint = Add(kSetpoint);
   const auto flt = Add("<nciFloat><SNVTType>temp_f</SNVTType></nciFloat>");
-  ASSERT_TRUE(setpoint && flt);
   setpoint->IConfigProperty_IndexInFile("3");
   setpoint->Sisd("1.2");
 
@@ -187,107 +177,280 @@ TEST_F(CConfigPropertyTest, WritesItsElementAndReadsItBack) {
             "<Default>0</Default><Min>-273.17</Min><Max>3.40282E+38</Max></nciFloat>");
 
   boxes.boxes.clear();
-  const auto copy = std::dynamic_pointer_cast<CConfigProperty>(
-      properties.IConfigProperties_AddCP("copy", nullptr, parent.first_child()));
-  ASSERT_NE(copy, nullptr);
+  const auto copy = properties.IConfigProperties_AddCP("copy", nullptr, parent.first_child());
   EXPECT_TRUE(boxes.boxes.empty());
-  EXPECT_EQ(copy->IConfigProperty_SNVTType()->ISNVType_ID(), "temp_p");
-  EXPECT_EQ(copy->IConfigProperty_DefaultValue(), "21.5");
-  EXPECT_EQ(copy->IConfigProperty_SNVTType()->ISNVType_Min(), "10");
-  EXPECT_EQ(copy->IConfigProperty_SNVTType()->ISNVType_Max(), "30");
+  EXPECT_EQ(Summary(*test::NotNull(copy)), "temp_p 10..30 21.5/21.5");
 }
 
-TEST_F(CConfigPropertyTest, DisplayItemAndConnectionCounting) {
+TEST_F(CConfigPropertyTest, DisplayItemAndConnections) {
   const auto setpoint = Add(kSetpoint);
-  ASSERT_NE(setpoint, nullptr);
   setpoint->IConfigProperty_PointKey("P7");
-  EXPECT_EQ(setpoint->IDisplayItem_ItemType(), 0);
-  EXPECT_EQ(setpoint->IDisplayItem_Icon(), 0);
-  EXPECT_TRUE(setpoint->IDisplayItem_IsWritable());
-  EXPECT_FALSE(setpoint->IDisplayItem_IsTrendable());
-  EXPECT_EQ(setpoint->IDisplayItem_Key(), "P7");
-  EXPECT_EQ(setpoint->IDisplayItem_DisplayText(), "nciSetpoint");
-  EXPECT_EQ(setpoint->ISubItemConnable_ItemType(), 3);
-  EXPECT_EQ(setpoint->IConfigProperty_NodeType(), 3);
+  EXPECT_EQ(std::tuple(setpoint->IDisplayItem_ItemType(), setpoint->IDisplayItem_Icon(),
+                       setpoint->ISubItemConnable_ItemType(), setpoint->IConfigProperty_NodeType(),
+                       setpoint->IDisplayItem_IsWritable(), setpoint->IDisplayItem_IsTrendable()),
+            std::tuple(0, 0, 3, 3, true, false));
+  EXPECT_EQ(setpoint->IDisplayItem_Key() + "|" + setpoint->IDisplayItem_DisplayText(),
+            "P7|nciSetpoint");
   EXPECT_FALSE(setpoint->ISubItemConnable_IsSNVTCompatible("temp_p"));
 
-  EXPECT_FALSE(setpoint->IDisplayItem_IsConnected());
-  setpoint->ISubItemConnable_IsConnected(true);
-  setpoint->ISubItemConnable_IsConnected(true);
+  // Connections are counted; the property is listed only while connected.
+  EXPECT_FALSE(setpoint->IDisplayItem_IsConnected() || setpoint->IDisplayItem_IsDisplayable());
+  for (const bool connect : {true, true, false}) setpoint->ISubItemConnable_IsConnected(connect);
+  EXPECT_TRUE(setpoint->IDisplayItem_IsConnected() && setpoint->IDisplayItem_IsDisplayable() &&
+              setpoint->IConfigProperty_IsConnected());
   setpoint->ISubItemConnable_IsConnected(false);
-  EXPECT_TRUE(setpoint->IDisplayItem_IsConnected());
-  EXPECT_TRUE(setpoint->IDisplayItem_IsDisplayable());
-  EXPECT_TRUE(setpoint->IConfigProperty_IsConnected());
-  setpoint->ISubItemConnable_IsConnected(false);
-  EXPECT_FALSE(setpoint->IDisplayItem_IsConnected());
-  EXPECT_FALSE(setpoint->IDisplayItem_IsDisplayable());
-  EXPECT_FALSE(setpoint->IConfigProperty_IsConnected());
+  EXPECT_FALSE(setpoint->IDisplayItem_IsConnected() || setpoint->IDisplayItem_IsDisplayable() ||
+               setpoint->IConfigProperty_IsConnected());
 
-  const auto fresh = Add(kSetpoint);
-  ASSERT_NE(fresh, nullptr);
-  fresh->ISubItemConnable_IsConnected(false);
-  EXPECT_TRUE(fresh->IDisplayItem_IsConnected());
-
+  // A structure is connected through any of its fields, but not as a display item.
   const auto lamp = Add(kLamp);
-  ASSERT_NE(lamp, nullptr);
   EXPECT_FALSE(lamp->IConfigProperty_IsConnected());
-  const auto value = test::FieldAt(lamp->IConfigProperty_Fields(), "value");
-  ASSERT_NE(value, nullptr);
-  value->ISubItemConnable_IsConnected(true);
+  test::FieldAt(lamp->IConfigProperty_Fields(), "value")->ISubItemConnable_IsConnected(true);
   EXPECT_TRUE(lamp->IConfigProperty_IsConnected());
   EXPECT_FALSE(lamp->IDisplayItem_IsConnected());
 }
 
-TEST_F(CConfigPropertyTest, UserTypesAreArraysForFirmware) {
-  EXPECT_TRUE(CConfigProperty::IsUserTypeId("40000"));
-  EXPECT_TRUE(CConfigProperty::IsUserTypeId("49998"));
-  EXPECT_TRUE(CConfigProperty::IsUserTypeId("400000"));
-  EXPECT_FALSE(CConfigProperty::IsUserTypeId("49999"));
-  EXPECT_FALSE(CConfigProperty::IsUserTypeId("39999"));
-  EXPECT_FALSE(CConfigProperty::IsUserTypeId("5"));
-
+TEST_F(CConfigPropertyTest, UserStructuresAreArraysForFirmware) {
+  for (const char* id : {"40000", "49998", "400000"})
+    EXPECT_TRUE(CConfigProperty::IsUserTypeId(id));
+  for (const char* id : {"49999", "39999", "5"}) EXPECT_FALSE(CConfigProperty::IsUserTypeId(id));
   const auto lamp = Add(kLamp);
+  const auto schedule = Add("<nciSchedule><SNVTType>40070</SNVTType></nciSchedule>");
   const auto setpoint = Add(kSetpoint);
-  const auto mode = Add("<nciMode><SNVTType>occupancy</SNVTType></nciMode>");
-  ASSERT_TRUE(lamp && setpoint && mode);
-  EXPECT_FALSE(lamp->IConfigProperty_IsArrayForFW());
-  EXPECT_TRUE(lamp->IConfigProperty_IsStructForFW());
-  for (const auto& other : {setpoint, mode}) {
-    EXPECT_FALSE(other->IConfigProperty_IsArrayForFW());
-    EXPECT_FALSE(other->IConfigProperty_IsStructForFW());
-  }
-
-  test::ScopedCatalogue user(
-      "<SNVTS><SNVT_count><NAME>count</NAME><TYPE>UnsignedNumeric</TYPE><MIN>0</MIN>"
-      "<MAX>65535</MAX><LENGTH>2</LENGTH><A_COEF>1</A_COEF><B_COEF>0</B_COEF><C_COEF>0</C_COEF>"
-      "</SNVT_count><SNVT_40000><NAME>40000</NAME><TYPE>Struct</TYPE>"
-      "<Fields><first>count</first><second>count</second></Fields></SNVT_40000></SNVTS>");
-  const auto array = Add("<nciArray><SNVTType>40000</SNVTType></nciArray>");
-  ASSERT_NE(array, nullptr);
-  EXPECT_TRUE(array->IConfigProperty_IsArrayForFW());
-  EXPECT_FALSE(array->IConfigProperty_IsStructForFW());
+  EXPECT_TRUE(!lamp->IConfigProperty_IsArrayForFW() && lamp->IConfigProperty_IsStructForFW());
+  EXPECT_TRUE(schedule->IConfigProperty_IsArrayForFW() &&
+              !schedule->IConfigProperty_IsStructForFW());
+  EXPECT_FALSE(setpoint->IConfigProperty_IsArrayForFW() ||
+               setpoint->IConfigProperty_IsStructForFW());
 }
 
 TEST_F(CConfigPropertyTest, SetValueShowsTheEditorOfItsKind) {
   const auto setpoint = Add(kSetpoint);
-  const auto text = Add("<nciText><SNVTType>str_asc</SNVTType><Default>hi</Default></nciText>");
-  const auto mode = Add("<nciMode><SNVTType>occupancy</SNVTType><Value>0</Value></nciMode>");
-  const auto lamp = Add(kLamp);
-  const auto bits = Add("<nciBits><SNVTType>state</SNVTType><Value>5</Value></nciBits>");
-  ASSERT_TRUE(setpoint && text && mode && lamp && bits);
-
   test::ScopedFormHost forms;
   // The dialog edits the property: leaving it as the structure dialog would restores the value.
   forms.host->steps.push_back([&](Form& form) {
-    auto& dialog = dynamic_cast<ValueDialog&>(form);
-    dialog.CalledFramModif4(true);
+    dynamic_cast<ValueDialog&>(form).CalledFramModif4(true);
     setpoint->IConfigProperty_Value("25");
   });
-  for (const auto& property : {setpoint, text, mode, lamp, bits}) property->IConfigProperty_SetValue();
+  for (const auto& property :
+       {setpoint, Add("<nciText><SNVTType>str_asc</SNVTType><Default>hi</Default></nciText>"),
+        Add("<nciMode><SNVTType>occupancy</SNVTType><Value>0</Value></nciMode>"), Add(kLamp),
+        Add("<nciBits><SNVTType>state</SNVTType><Value>5</Value></nciBits>")}) {
+    property->IConfigProperty_SetValue();
+  }
   EXPECT_EQ(forms.host->captions,
             (std::vector<std::string>{"Numeric Value", "Text Value", "Enumeration Value",
                                       "Structure Value", "Bit Field Value"}));
   EXPECT_EQ(setpoint->IConfigProperty_Value(), "21.5");
+}
+
+using CConfigPropertiesTest = CConfigPropertyTest;
+
+TEST_F(CConfigPropertiesTest, KeysAndIndexesSurviveRemoval) {
+  EXPECT_EQ(properties.IConfigProperties_GlobalKey(), "PGeneric_Profile\\CPS");
+  EXPECT_EQ(properties.IConfigProperties_ExtendedKey(), "PGeneric_Profile\\CPS");
+  EXPECT_EQ(
+      std::vector({properties.IConfigProperties_CDBUsage(), properties.IConfigProperties_DDBUsage(),
+                   properties.IConfigProperties_SDBUsage()}),
+      std::vector(3, 0));
+  std::vector<std::shared_ptr<CConfigProperty>> added;
+  for (int i = 0; i < 3; ++i) {
+    ClearFlags();
+    added.push_back(Add(kSetpoint));
+    EXPECT_TRUE(Globals::NeedSaveFlag);
+    EXPECT_EQ(Place(*added[i]), "PGeneric_Profile\\CPS\\CP" + std::to_string(i + 1) + " " +
+                                    std::to_string(i) + " -1");
+    EXPECT_EQ(added[i]->IConfigProperty_ExtendedKey(), added[i]->IConfigProperty_GlobalKey());
+    added[i]->IConfigProperty_ConnectionIndex(10 * (i + 1));
+  }
+  EXPECT_EQ(profile->changes, 3);
+
+  // The later ones move up one index and keep their export numbers.
+  ClearFlags();
+  properties.IConfigProperties_Remove(added[1]);
+  EXPECT_TRUE(Globals::NeedSaveFlag && Globals::DisplayIncompatibleFlag);
+  EXPECT_EQ(profile->changes, 4);
+  EXPECT_EQ(Place(*added[0]), "PGeneric_Profile\\CPS\\CP1 0 10");
+  EXPECT_EQ(Place(*added[2]), "PGeneric_Profile\\CPS\\CP3 1 30");
+  EXPECT_EQ(properties.IConfigProperties_Item("2"), added[2]);
+  EXPECT_EQ(properties.IConfigProperties_Item("CP2"), nullptr);
+  EXPECT_EQ(properties.IConfigProperties_NewEnum(),
+            (std::vector<std::shared_ptr<IConfigProperty>>{added[0], added[2]}));
+
+  // A property of another collection: nothing moves, the profile still hears of it.
+  CConfigProperties other;
+  properties.IConfigProperties_Remove(other.IConfigProperties_AddNewCP("nciStranger", "count"));
+  EXPECT_EQ(profile->changes, 5);
+  EXPECT_EQ(properties.IConfigProperties_Count(), 2);
+  EXPECT_EQ(Place(*added[2]), "PGeneric_Profile\\CPS\\CP3 1 30");
+
+  // Keys are never reused; a new property takes the last index and warns of nothing.
+  boxes.boxes.clear();
+  ClearFlags();
+  const auto fresh = test::NotNull(properties.IConfigProperties_AddNewCP("nciCount", "count"));
+  EXPECT_TRUE(boxes.boxes.empty());
+  EXPECT_TRUE(Globals::NeedSaveFlag);
+  EXPECT_EQ(profile->changes, 6);
+  EXPECT_EQ(Place(*fresh), "PGeneric_Profile\\CPS\\CP4 2 -1");
+  EXPECT_EQ(Summary(*fresh), "count 0..65535 0/0");
+}
+
+TEST_F(CConfigPropertiesTest, InstanceNamesStayUnique) {
+  constexpr char kCount[] = "<Setpoint><SNVTType>count</SNVTType><Value>1</Value></Setpoint>";
+  const auto first = Add(kCount), second = Add(kCount);
+  // Loaded properties are not instances: their names stay as given.
+  EXPECT_EQ(second->IConfigProperty_Name(), "Setpoint");
+  first->Instance(true);
+  second->Instance(true);
+  properties.FixName(*second);
+  properties.FixName(*first);
+  const auto third = Add(kCount);
+  third->Instance(true);
+  properties.FixName(*third);
+  EXPECT_EQ(first->IConfigProperty_Name() + "|" + second->IConfigProperty_Name() + "|" +
+                third->IConfigProperty_Name(),
+            "Setpoint|Setpoint_1|Setpoint_2");
+  EXPECT_EQ(profile->renames, (std::vector<std::pair<std::string, std::string>>{
+                                  {"PGeneric_Profile\\CPS\\CP2", "Setpoint_1"},
+                                  {"PGeneric_Profile\\CPS\\CP3", "Setpoint_2"}}));
+
+  // Without a global key the profile is not told.
+  const auto loose = std::make_shared<CConfigProperty>();
+  loose->IConfigProperty_Name("Setpoint_2");
+  loose->Instance(true);
+  properties.FixName(*loose);
+  EXPECT_EQ(loose->IConfigProperty_Name(), "Setpoint_2_1");
+  EXPECT_EQ(profile->renames.size(), 2u);
+
+  // A property that is no instance keeps its name.
+  third->Instance(false);
+  third->IConfigProperty_Name("Setpoint");
+  properties.FixName(*third);
+  EXPECT_EQ(third->IConfigProperty_Name(), "Setpoint");
+}
+
+TEST_F(CConfigPropertiesTest, AddsFromExportedPointRecord) {
+  Add(kSetpoint);
+  const pugi::xml_node record =
+      Element(R"(<ApPoint Type="temp_p" Value="22.5" Key="K7">)"
+              R"(<ExtendedInfo Location="120;45.5" ExportIndex="4"/></ApPoint>)");
+  std::string name = "nciExported";
+  boxes.boxes.clear();
+  ClearFlags();
+  const auto exported = test::NotNull(properties.AddFromExport(name, record, profile));
+  EXPECT_EQ(name + "|" + exported->IConfigProperty_Name(), "nciExported|nciExported");
+  EXPECT_TRUE(boxes.boxes.empty());
+  EXPECT_TRUE(Globals::NeedSaveFlag);
+  EXPECT_EQ(profile->changes, 2);
+  EXPECT_EQ(exported->IConfigProperty_SNVTType()->ISNVType_ID() + " " +
+                exported->IConfigProperty_Value() + " " + exported->IConfigProperty_PointKey(),
+            "temp_p 22.5 K7");
+  EXPECT_EQ(std::pair(exported->IConfigProperty_XPosition(), exported->IConfigProperty_YPosition()),
+            std::pair(120.0, 46.0));
+  // The collection numbers it like any other: the record's export index is not kept.
+  EXPECT_EQ(Place(*exported), "PGeneric_Profile\\CPS\\CP2 1 -1");
+  EXPECT_EQ(exported->Profile(), profile);
+}
+
+constexpr char kScheduleEditor[] = "Brask.Ondo.UI.SchedulerEditor.SchedulerFace";
+
+// Acts as the user of the schedule editor: keeps what it is handed, answers `reply`.
+class FakeScheduleEditor final : public IScheduleEditor {
+ public:
+  std::string xml() const override { return text; }
+  void xml(const std::string& value) override { received = text = value; }
+  void TypeDBPath(const std::string& value) override { path = value; }
+  void ShowDialog() override {
+    ++shown;
+    text = reply;
+  }
+  std::string text, received, path, reply;
+  int shown = 0;
+};
+
+// A plain schedule (40050), a structured one (40070) and a structure that is none (40071);
+// mouse pointers recorded.
+class ScheduleEditorTest : public CConfigPropertyTest {
+ protected:
+  void SetUp() override {
+    plain = Add("<nciPlain><SNVTType>40050</SNVTType><Default>12</Default></nciPlain>");
+    schedule =
+        Add("<nciSched><SNVTType>40070</SNVTType><start><Value>5</Value></start>"
+            "<mode><Value>OC_BYPASS</Value></mode></nciSched>");
+    other = Add("<nciOther><SNVTType>40071</SNVTType></nciOther>");
+    boxes.boxes.clear();
+    previous = SetPointerHandler([this](int16_t pointer) { pointers.push_back(pointer); });
+  }
+  void TearDown() override { SetPointerHandler(std::move(previous)); }
+
+  std::shared_ptr<CConfigProperty> plain, schedule, other;
+  std::vector<int16_t> pointers;
+  PointerHandler previous;
+  test::ScopedFormHost forms;
+};
+
+TEST_F(ScheduleEditorTest, WithoutEditorFallsBackToTheOrdinaryDialog) {
+  test::ScopedComponent none(kScheduleEditor, nullptr);
+  schedule->IConfigProperty_SetValue();
+  EXPECT_EQ(pointers, (std::vector<int16_t>{11, 0}));  // hourglass, then back
+  EXPECT_EQ(boxes.boxes, (Boxes{{"Install SchedulerEditor.dll to edit Schedulers", vbOKOnly, ""}}));
+  EXPECT_EQ(forms.host->captions, std::vector<std::string>{"Structure Value"});
+
+  plain->IConfigProperty_SetValue();
+  for (const char* id : {"40051", "40060", "40061"}) {
+    properties.IConfigProperties_AddNewCP(std::string("nci") + id, id)->IConfigProperty_SetValue();
+  }
+  EXPECT_EQ(boxes.boxes.size(), 5u);
+  EXPECT_EQ(forms.host->captions.size(), 5u);
+  EXPECT_EQ(forms.host->captions[1], "Numeric Value");
+
+  // 40071 is no schedule: straight to its dialog.
+  pointers.clear();
+  boxes.boxes.clear();
+  other->IConfigProperty_SetValue();
+  EXPECT_TRUE(pointers.empty());
+  EXPECT_TRUE(boxes.boxes.empty());
+  EXPECT_EQ(forms.host->captions.back(), "Structure Value");
+}
+
+TEST_F(ScheduleEditorTest, EditorRoundTripsPlainAndStructuredValues) {
+  const auto editor = std::make_shared<FakeScheduleEditor>();
+  int created = 0;
+  test::ScopedComponent registered(kScheduleEditor, [&]() -> std::shared_ptr<IUnknown> {
+    ++created;
+    return editor;
+  });
+
+  editor->reply = R"(<FIELD Name="nciPlain" Type="SNVT_40050" Value="34"/>)";
+  plain->IConfigProperty_SetValue();
+  EXPECT_EQ(editor->received, R"(<FIELD Name="nciPlain" Type="SNVT_40050" Value="12"/>)");
+  EXPECT_EQ(editor->path, ComponentFolder() + "/../../SNVTS.XML");
+  EXPECT_EQ(editor->shown, 1);
+  EXPECT_EQ(plain->IConfigProperty_Value(), "34");
+
+  editor->reply = R"(<FIELD Name="nciSched" Type="SNVT_40070"><FIELDS>)"
+                  R"(<FIELD Name="mode" Type="SNVT_occupancy" Value="OC_STANDBY"/>)"
+                  R"(<FIELD Name="start" Type="SNVT_count" Value="7"/></FIELDS></FIELD>)";
+  schedule->IConfigProperty_SetValue();
+  EXPECT_EQ(editor->received,
+            R"(<FIELD Name="nciSched" Type="SNVT_40070"><FIELDS>)"
+            R"(<FIELD Name="start" Type="SNVT_count" Value="5"/>)"
+            R"(<FIELD Name="mode" Type="SNVT_occupancy" Value="OC_BYPASS"/></FIELDS></FIELD>)");
+  EXPECT_EQ(schedule->IConfigProperty_Value(), "{ 7  OC_STANDBY }");
+  EXPECT_EQ(schedule->IConfigProperty_RawValue(), "000703");
+
+  // A reply that is no XML changes nothing.
+  editor->reply = "<FIELD Name=";
+  schedule->IConfigProperty_SetValue();
+  plain->IConfigProperty_SetValue();
+  EXPECT_EQ(editor->shown, 4);
+  EXPECT_EQ(schedule->IConfigProperty_Value(), "{ 7  OC_STANDBY }");
+  EXPECT_EQ(plain->IConfigProperty_Value(), "34");
+
+  other->IConfigProperty_SetValue();
+  EXPECT_EQ(created, 4);
+  EXPECT_TRUE(boxes.boxes.empty());
+  EXPECT_EQ(forms.host->captions, std::vector<std::string>{"Structure Value"});
 }
 
 }  // namespace

@@ -1,4 +1,1 @@
-target_sources(kolvane_tests PRIVATE
-  ${CMAKE_CURRENT_LIST_DIR}/CConfigPropertyTest.cpp
-  ${CMAKE_CURRENT_LIST_DIR}/CConfigPropertiesTest.cpp
-  ${CMAKE_CURRENT_LIST_DIR}/ScheduleEditorTest.cpp)
+target_sources(kolvane_tests PRIVATE ${CMAKE_CURRENT_LIST_DIR}/CConfigPropertyTest.cpp)

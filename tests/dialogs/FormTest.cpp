@@ -4,8 +4,6 @@
 #include "dialogs/frmCPModif1.h"
 #include "dialogs/frmCPModif3.h"
 #include "dialogs/frmCPModif4.h"
-#include "fields/CField.h"
-#include "fields/CFields.h"
 
 #include "../TestSupport.h"
 
@@ -63,10 +61,8 @@ TEST(FormTest, ShowLoadsRunsTheHostAndUnloadsWhatIsLeftOpen) {
   EXPECT_FALSE(form.Loaded());
 }
 
-class ValueDialogTest : public ::testing::Test {
+class ValueDialogTest : public test::CatalogueFixture {
  protected:
-  test::ScopedDecimalSeparator point{"."};
-  test::ScopedCatalogue catalogue{KOLVANE_SOURCE_DIR "/examples/snvts.xml", true};
   test::ScopedFormHost user;
   std::shared_ptr<test::FakeOwner> owner = std::make_shared<test::FakeOwner>(3);
   std::shared_ptr<CFields> fields = test::BuildFields(owner, "switch", "{ 50  TOGGLE_ON }");
@@ -75,19 +71,18 @@ class ValueDialogTest : public ::testing::Test {
 };
 
 TEST_F(ValueDialogTest, DataPointTakesOnlyWhatADialogEdits) {
-  auto dialog = std::make_shared<frmCPModif1>();
-  EXPECT_EQ(ErrorNumberOf([&] { dialog->DataPoint(owner); }), 13);
-  EXPECT_EQ(ErrorNumberOf([&] { dialog->DataPoint(nullptr); }), 13);
-  EXPECT_EQ(ErrorNumberOf([&] { dialog->DataPoint(fields); }), 13);
-  EXPECT_EQ(ErrorNumberOf([&] { dialog->DataPoint(level); }), 0);
-  frmCPModif4 structure;
-  EXPECT_EQ(ErrorNumberOf([&] { structure.DataPoint(owner); }), 13);
-  EXPECT_EQ(ErrorNumberOf([&] { structure.DataPoint(level); }), 0);
+  for (const auto& item : std::vector<std::shared_ptr<IUnknown>>{owner, fields, nullptr}) {
+    EXPECT_EQ(ErrorNumberOf([&] { frmCPModif1().DataPoint(item); }), 13);
+    EXPECT_EQ(ErrorNumberOf([&] { frmCPModif4().DataPoint(item); }), 13);
+  }
+  EXPECT_EQ(ErrorNumberOf([&] { frmCPModif1().DataPoint(level); }), 0);
+  EXPECT_EQ(ErrorNumberOf([&] { frmCPModif4().DataPoint(level); }), 0);
 
-  internal::DataPoint point(level);
-  EXPECT_EQ(point.Name() + "|" + point.Value(), "value|50");
-  EXPECT_EQ(point.SNVTType()->ISNVType_ID(), "lev_cont");
-  EXPECT_EQ(point.fields(), nullptr);
+  internal::DataPoint data_point(level);
+  EXPECT_EQ(
+      data_point.Name() + "|" + data_point.Value() + "|" + data_point.SNVTType()->ISNVType_ID(),
+      "value|50|lev_cont");
+  EXPECT_EQ(data_point.fields(), nullptr);
 }
 
 TEST_F(ValueDialogTest, LeavingADialogOpenedByTheStructureDialogRestoresTheValues) {

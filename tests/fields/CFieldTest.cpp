@@ -1,18 +1,17 @@
 #include "fields/CField.h"
 
-#include "dialogs/frmCPModif1.h"
-#include "dialogs/frmCPModif2.h"
-#include "dialogs/frmCPModif3.h"
-#include "dialogs/frmCPModif4.h"
-#include "dialogs/frmCPModif5.h"
-#include "fields/CFields.h"
+#include "conversion/ValueCodec.h"
 
 #include "../TestSupport.h"
 
 namespace kolvane {
 namespace {
 
+using test::BuildFields;
+using test::DefaultBox;
+using test::ErrorNumberOf;
 using test::FakeOwner;
+using test::FieldAt;
 
 constexpr char kExtraTypes[] = R"(
   <SNVT_mix><NAME>mix</NAME><TYPE>Struct</TYPE><Fields><temp>temp_p</temp>
@@ -22,90 +21,89 @@ constexpr char kExtraTypes[] = R"(
     <Fields><a>temp_p</a><b>lev_percent</b></Fields></SNVT_pair>
   <SNVT_odd><NAME>odd</NAME><TYPE>Strange</TYPE></SNVT_odd>
   <SNVT_hollow><NAME>hollow</NAME><TYPE>Struct</TYPE><Fields/></SNVT_hollow>
+  <SNVT_labelled><NAME>labelled</NAME><TYPE>Struct</TYPE>
+    <Fields><label>str_asc</label></Fields></SNVT_labelled>
+  <SNVT_u8><TYPE>UnsignedNumeric</TYPE><DEFAULT>3</DEFAULT><LENGTH>1</LENGTH></SNVT_u8>
+  <SNVT_u16><TYPE>UnsignedNumeric</TYPE><DEFAULT>4</DEFAULT><LENGTH>2</LENGTH></SNVT_u16>
+  <SNVT_S><NAME>S</NAME><TYPE>Struct</TYPE><Fields><p>u16</p><q>u8</q></Fields></SNVT_S>
+  <SNVT_T><NAME>T</NAME><TYPE>Struct</TYPE>
+    <Fields><x>u8</x><!-- nested --><s>S</s><y>u16</y></Fields></SNVT_T>
+  <SNVT_abc><NAME>abc</NAME><TYPE>Struct</TYPE><Fields><a>u16</a><b>u8</b><c>u16</c></Fields>
+    </SNVT_abc>
+  <SNVT_named><NAME>named</NAME><TYPE>Struct</TYPE><Fields><n:2>u8</n:2><x>u16</x></Fields>
+    </SNVT_named>
+  <SNVT_dup><NAME>dup</NAME><TYPE>Struct</TYPE><Fields><a>u8</a><a>u16</a></Fields></SNVT_dup>
+  <SNVT_loop><NAME>loop</NAME><TYPE>Struct</TYPE><Fields><a>u8</a><self>loop</self></Fields>
+    </SNVT_loop>
 )";
 
-// The fields of "mix" for a configuration property, defaults all through.
-class CFieldTest : public ::testing::Test {
+// "value|shown value|shown default|shown minimum|shown maximum" of a field.
+std::string Texts(const CField& field) {
+  return field.IField_Value() + "|" + field.IField_DispValue() + "|" + field.IField_DispDefault() +
+         "|" + field.IField_DispMin() + "|" + field.IField_DispMax();
+}
+
+// The bundled catalogue plus the types above; the fields of "mix" for a configuration property,
+// defaults all through.
+class CFieldTest : public test::CatalogueFixture {
  protected:
   std::shared_ptr<CField> Field(const std::string& path) const {
-    auto field = test::FieldAt(fields, path);
-    EXPECT_NE(field, nullptr) << path;
-    return field;
+    return test::NotNull(FieldAt(fields, path), path);
   }
 
-  test::MessageBoxRecorder boxes;  // takes the report of the unknown kind
-  test::ScopedDecimalSeparator point{"."};
-  test::ScopedCatalogue catalogue{test::BundledCatalogueWith(kExtraTypes)};
+  // Builds type_name's fields from value for the owner; returns the position after them.
+  int32_t Build(CFields& built, const std::string& type_name, const std::string& value) {
+    built.SetParent(owner);
+    int32_t position = 0;
+    built.BuildFromType(position, type_name, 3, value, false);
+    return position;
+  }
+
+  test::ScopedCatalogue extra{test::BundledCatalogueWith(kExtraTypes)};
   std::shared_ptr<FakeOwner> owner = std::make_shared<FakeOwner>(3);
-  std::shared_ptr<CFields> fields = test::BuildFields(owner, "mix");
+  std::shared_ptr<CFields> fields = BuildFields(owner, "mix");
 };
 
 TEST_F(CFieldTest, ValueTextsByKind) {
-  const auto temp = Field("temp");
-  temp->IField_Value("21,5");
-  EXPECT_EQ(temp->IField_Value(), "21.5");
-  EXPECT_EQ(temp->IField_DispValue(), "21.5 °C");
-  EXPECT_EQ(temp->IField_DispDefault(), "20 °C");
-  EXPECT_EQ(temp->IField_DefaultValue(), "20");
-  EXPECT_EQ(temp->IField_DispMin() + "|" + temp->IField_DispMax(), "-273.17 °C|327.66 °C");
-
-  const auto mode = Field("mode");
-  mode->IField_Value(" TOGGLE_ON ");
-  EXPECT_EQ(mode->IField_Value(), " TOGGLE_ON ");
-  EXPECT_EQ(mode->IField_DispValue(), " TOGGLE_ON ");
-  EXPECT_EQ(mode->IField_DispDefault(), "TOGGLE_OFF");
-  EXPECT_EQ(mode->IField_DispMin() + "|" + mode->IField_DispMax(), "|");
-
-  const auto text = Field("text"), bits = Field("bits");
-  text->IField_Value("  a.b  ");
-  bits->IField_Value(" 5 ");
-  EXPECT_EQ(
-      text->IField_Value() + "|" + text->IField_DispValue() + "|" + text->IField_DispDefault(),
-      "a.b|a.b|none");
-  EXPECT_EQ(bits->IField_Value() + "|" + bits->IField_DispDefault() + "|" + bits->IField_DispMin() +
-                "|" + bits->IField_DispMax(),
-            "5|0|0|65535");
-
-  const auto pair = Field("pair");
+  Field("temp")->IField_Value("21,5");
+  Field("mode")->IField_Value(" TOGGLE_ON ");
+  Field("text")->IField_Value("  a.b  ");
+  Field("bits")->IField_Value(" 5 ");
   Field("pair.a")->IField_Value("12");
   Field("pair.b")->IField_Value("7");
-  EXPECT_EQ(pair->IField_Value(), "{ 12  7 }");
-  EXPECT_EQ(pair->IField_DispValue(), "{ 12 °C  7 % }");
-  EXPECT_EQ(pair->IField_DispDefault(), "{ 20 °C  0 % }");
+  // Numbers are read with either separator; an enumeration stays as it is, a text is trimmed.
+  const std::pair<const char*, const char*> cases[] = {
+      {"temp", "21.5|21.5 °C|20 °C|-273.17 °C|327.66 °C"},
+      {"mode", " TOGGLE_ON | TOGGLE_ON |TOGGLE_OFF||"},
+      {"text", "a.b|a.b|none||"},
+      {"bits", "5|5|0|0|65535"},
+      {"pair", "{ 12  7 }|{ 12 °C  7 % }|{ 20 °C  0 % }||"},
+      {"hollow", "{}|{}|{}||"}};
+  for (const auto& [path, texts] : cases) EXPECT_EQ(Texts(*Field(path)), texts) << path;
+  EXPECT_EQ(Field("temp")->IField_DefaultValue(), "20");
+  EXPECT_EQ(Field("hollow")->IField_Fields()->IFields_Count(), 0);
 
-  const auto hollow = Field("hollow");
-  EXPECT_EQ(hollow->IField_Fields()->IFields_Count(), 0);
-  EXPECT_EQ(hollow->IField_Value() + hollow->IField_DispValue() + hollow->IField_DispDefault(),
-            "{}{}{}");
-
-  test::ScopedDecimalSeparator comma(",");
-  EXPECT_EQ(temp->IField_Value(), "21,5");
-  EXPECT_EQ(temp->IField_DispValue(), "21,5 °C");
-  EXPECT_EQ(temp->IField_DispMin(), "-273,17 °C");
-  EXPECT_EQ(text->IField_Value(), "a.b");  // only numbers are localised
-  EXPECT_EQ(pair->IField_Value(), "{ 12  7 }");
-}
-
-template <class Dialog>
-bool EditsWith(const std::shared_ptr<CField>& field) {
-  return std::dynamic_pointer_cast<Dialog>(field->EditDialog()) != nullptr;
+  test::ScopedDecimalSeparator comma(",");  // only numbers are localised
+  EXPECT_EQ(Texts(*Field("temp")), "21,5|21,5 °C|20 °C|-273,17 °C|327,66 °C");
+  EXPECT_EQ(Field("text")->IField_Value() + "|" + Field("pair")->IField_Value(), "a.b|{ 12  7 }");
 }
 
 TEST_F(CFieldTest, EachFieldKeepsTheDialogOfItsKind) {
-  EXPECT_TRUE(EditsWith<frmCPModif1>(Field("temp")));
-  EXPECT_TRUE(EditsWith<frmCPModif1>(Field("ratio")));
-  EXPECT_TRUE(EditsWith<frmCPModif2>(Field("text")));
-  EXPECT_TRUE(EditsWith<frmCPModif3>(Field("mode")));
-  EXPECT_TRUE(EditsWith<frmCPModif4>(Field("pair")));
-  EXPECT_TRUE(EditsWith<frmCPModif4>(Field("hollow")));
-  EXPECT_TRUE(EditsWith<frmCPModif5>(Field("bits")));
+  // clang-format off
+  const std::pair<const char*, const char*> dialogs[] = {
+      {"temp", "Numeric Value"}, {"ratio", "Numeric Value"}, {"text", "Text Value"},
+      {"mode", "Enumeration Value"}, {"pair", "Structure Value"}, {"hollow", "Structure Value"},
+      {"bits", "Bit Field Value"}};
+  // clang-format on
+  for (const auto& [path, caption] : dialogs) {
+    EXPECT_EQ(test::NotNull(Field(path)->EditDialog(), path)->Caption(), caption);
+  }
   EXPECT_EQ(Field("odd")->EditDialog(), nullptr);
   EXPECT_NE(Field("temp")->EditDialog(), Field("pair.a")->EditDialog());
 }
 
 TEST_F(CFieldTest, LoadTakesTheLastMatchAndSaveWritesValueAndLimits) {
-  pugi::xml_document in;
-  ASSERT_TRUE(in.load_string(R"(<CP>
+  const pugi::xml_node in = Element(R"(<CP>
     <temp><Value>1</Value></temp>
     <Temp><Value>99</Value></Temp>
     <temp><value>2</value><!-- c --><VALUE>3,5</VALUE></temp>
@@ -113,14 +111,14 @@ TEST_F(CFieldTest, LoadTakesTheLastMatchAndSaveWritesValueAndLimits) {
     <pair><a><Value>4</Value></a><b><Value>8</Value></b></pair>
     <pair><a><Value>5</Value></a></pair>
     <mode/>
-  </CP>)",
-                             pugi::parse_default | pugi::parse_comments));
-  fields->LoadValuesFromXml(in.child("CP"));
+  </CP>)");
+  fields->LoadValuesFromXml(in);
   EXPECT_EQ(Field("temp")->IField_Value(), "3.5");
   EXPECT_EQ(Field("pair")->IField_Value(), "{ 5  0 }");
   EXPECT_EQ(Field("mode")->IField_Value(), "TOGGLE_OFF");
   EXPECT_EQ(Field("bits")->IField_Value(), "0");
 
+  // A structure written twice fills the element it wrote first.
   auto out = std::make_shared<pugi::xml_document>();
   pugi::xml_node values = out->append_child("Values");
   for (const char* path : {"temp", "text", "mode", "pair", "pair"}) {
@@ -144,77 +142,217 @@ TEST_F(CFieldTest, LoadTakesTheLastMatchAndSaveWritesValueAndLimits) {
                 pair + pair + "</Export>");
 
   test::ScopedDecimalSeparator comma(",");
-  fields->LoadValuesFromXml(in.child("CP"));
+  fields->LoadValuesFromXml(in);
   EXPECT_EQ(Field("temp")->IField_Value(), "3,5");
 }
 
 TEST_F(CFieldTest, ConnectionCountAndInertMembers) {
   const auto temp = Field("temp"), pair = Field("pair");
-  temp->ISubItemConnable_IsConnected(false);  // count -1
+  temp->ISubItemConnable_IsConnected(false);  // count -1: a disconnect only clears from 1
   EXPECT_TRUE(temp->IField_IsConnected());
   temp->ISubItemConnable_IsConnected(true);  // 0, but a connection was just made
   EXPECT_TRUE(temp->IField_IsConnected());
   temp->ISubItemConnable_IsConnected(true);
   temp->ISubItemConnable_IsConnected(false);  // 0
   EXPECT_FALSE(temp->IField_IsConnected());
-  pair->ISubItemConnable_IsConnected(true);
-  pair->ISubItemConnable_IsConnected(true);
-  pair->ISubItemConnable_IsConnected(false);
+  for (const bool connect : {true, true, false}) pair->ISubItemConnable_IsConnected(connect);
   EXPECT_TRUE(pair->IField_IsConnected());
   pair->ISubItemConnable_IsConnected(false);
   EXPECT_FALSE(pair->IField_IsConnected());
   EXPECT_FALSE(pair->IDisplayItem_IsConnected());
   EXPECT_FALSE(temp->ISubItemConnable_IsSNVTCompatible("temp_p"));
 
+  // A field's own Load, Save, Import, Export and SetValue change nothing.
   temp->IField_Value("22.5");
   for (const auto& field : {temp, pair}) {
     const std::string before =
-        field->IField_Value() + "|" + field->IField_GlobalKey() + "|" + field->IDisplayItem_Key();
+        Texts(*field) + field->IField_GlobalKey() + field->IDisplayItem_Key();
     field->IField_Load();
     field->IField_Save();
     field->IField_Import();
     field->IField_Export();
     field->IField_SetValue();
-    EXPECT_EQ(
-        field->IField_Value() + "|" + field->IField_GlobalKey() + "|" + field->IDisplayItem_Key(),
-        before);
+    EXPECT_EQ(Texts(*field) + field->IField_GlobalKey() + field->IDisplayItem_Key(), before);
   }
 }
 
 TEST_F(CFieldTest, ItemTypeFollowsTheOwnerAtTheTop) {
   const auto temp = Field("temp"), inner = Field("pair.a");
-  EXPECT_EQ(temp->IField_NodeType(), 3);
-  EXPECT_EQ(inner->IField_NodeType(), 5);
-  EXPECT_EQ(temp->IDisplayItem_ItemType(), 3);
-  EXPECT_EQ(inner->IDisplayItem_ItemType(), 3);
-  EXPECT_TRUE(inner->IDisplayItem_IsWritable());
-  const auto room = test::BuildFields(owner, "40003");
-  const auto deep = test::FieldAt(room, "room.fan.value");
-  EXPECT_EQ(deep->IDisplayItem_ItemType(), 3);
-  EXPECT_TRUE(deep->IDisplayItem_IsWritable());
+  EXPECT_EQ(std::pair(temp->IField_NodeType(), inner->IField_NodeType()), std::pair(3, 5));
+  const auto room = BuildFields(owner, "40003");
+  const auto deep = FieldAt(room, "room.fan.value");
+  for (const auto& field : {temp, inner, deep}) {
+    EXPECT_EQ(field->IDisplayItem_ItemType(), 3);
+    EXPECT_TRUE(field->IDisplayItem_IsWritable());
+  }
 
+  // Below a network variable: 4, or 5 (not writable) while it fills in missing defaults.
   const auto nv = std::make_shared<FakeOwner>(2);
-  const auto nv_fields = test::BuildFields(nv, "mix");
-  const auto nv_temp = test::FieldAt(nv_fields, "temp");
-  const auto nv_inner = test::FieldAt(nv_fields, "pair.a");
-  EXPECT_EQ(nv_temp->IDisplayItem_ItemType(), 4);
-  EXPECT_EQ(nv_inner->IDisplayItem_ItemType(), 4);
-  EXPECT_TRUE(nv_inner->IDisplayItem_IsWritable());
-  nv->field_defaults = true;
-  EXPECT_EQ(nv_temp->IDisplayItem_ItemType(), 5);
-  EXPECT_EQ(nv_inner->IDisplayItem_ItemType(), 5);
-  EXPECT_FALSE(nv_temp->IDisplayItem_IsWritable());
-  EXPECT_FALSE(nv_inner->IDisplayItem_IsWritable());
+  const auto nv_fields = BuildFields(nv, "mix");
+  for (const char* path : {"temp", "pair.a"}) {
+    const auto field = FieldAt(nv_fields, path);
+    nv->field_defaults = false;
+    EXPECT_EQ(field->IDisplayItem_ItemType(), 4) << path;
+    EXPECT_TRUE(field->IDisplayItem_IsWritable()) << path;
+    nv->field_defaults = true;
+    EXPECT_EQ(field->IDisplayItem_ItemType(), 5) << path;
+    EXPECT_FALSE(field->IDisplayItem_IsWritable()) << path;
+  }
 
+  // Listed when the host allows it and the owner is listed; a structure field never.
   EXPECT_FALSE(temp->IDisplayItem_IsDisplayable());
   temp->IField_IsDisplayUsable(true);
   inner->IField_IsDisplayUsable(true);
-  EXPECT_TRUE(temp->IDisplayItem_IsDisplayable());
-  EXPECT_TRUE(inner->IDisplayItem_IsDisplayable());
+  EXPECT_TRUE(temp->IDisplayItem_IsDisplayable() && inner->IDisplayItem_IsDisplayable());
   EXPECT_FALSE(Field("pair")->IDisplayItem_IsDisplayable());
   owner->displayable = false;
-  EXPECT_FALSE(temp->IDisplayItem_IsDisplayable());
-  EXPECT_FALSE(inner->IDisplayItem_IsDisplayable());
+  EXPECT_FALSE(temp->IDisplayItem_IsDisplayable() || inner->IDisplayItem_IsDisplayable());
+}
+
+using CFieldsTest = CFieldTest;
+
+TEST_F(CFieldsTest, NestedStructureStartsWhereItsLevelStarted) {
+  auto built = std::make_shared<CFields>();
+  EXPECT_EQ(Build(*built, "T", "{ 7  { 1  2 }  9 }"), 6);
+  EXPECT_EQ(built->IFields_Length(), 6);
+  ASSERT_EQ(built->IFields_Count(), 3);
+  std::vector<std::pair<int32_t, int32_t>> placed;  // (offset, index) of x, s, s.p, s.q, y
+  for (const char* path : {"x", "s", "s.p", "s.q", "y"}) {
+    const auto field = FieldAt(built, path);
+    ASSERT_NE(field, nullptr) << path;
+    placed.emplace_back(field->IField_Offset(), field->IField_Index());
+  }
+  EXPECT_EQ(placed,
+            (std::vector<std::pair<int32_t, int32_t>>{{0, 1}, {0, 2}, {0, 1}, {2, 2}, {4, 3}}));
+  EXPECT_EQ(FieldAt(built, "s")->IField_SNVTType()->ISNVType_Length(), 3);
+  // The comment takes no value: y gets the third text.
+  EXPECT_EQ(FieldAt(built, "x")->IField_Value() + "|" + FieldAt(built, "y")->IField_Value(), "7|9");
+
+  built = std::make_shared<CFields>();
+  EXPECT_EQ(Build(*built, "abc", ""), 5);
+  EXPECT_EQ(built->IFields_Length(), 5);
+  EXPECT_EQ(std::vector({FieldAt(built, "a")->IField_Offset(), FieldAt(built, "b")->IField_Offset(),
+                         FieldAt(built, "c")->IField_Offset()}),
+            std::vector({0, 2, 3}));
+}
+
+TEST_F(CFieldsTest, ItemFindsTheKeyBeforeThePosition) {
+  const auto named = BuildFields(owner, "named", "5 6");
+  auto name_of = [&](const std::string& index) {
+    const auto field = named->IFields_Item(index);
+    return field ? field->IField_Name() : "<none>";
+  };
+  EXPECT_EQ(name_of("2"), "2");
+  EXPECT_EQ(name_of("1"), "2");
+  EXPECT_EQ(name_of("X"), "x");
+  EXPECT_EQ(name_of(" 2"), "x");  // no such key: its leading number is a position
+  for (const char* missing : {"9", "0", "-1", "abc", ""}) EXPECT_EQ(name_of(missing), "<none>");
+  // The structure text looks fields up by the text of their position, so "2" is met twice.
+  EXPECT_EQ(codec::StructureText(*named, [](const IField& f) { return f.IField_Value(); }),
+            "{ 5  5 }");
+}
+
+TEST_F(CFieldsTest, BuildErrorsReachTheCaller) {
+  EXPECT_EQ(ErrorNumberOf([&] { BuildFields(owner, "abc", "{ 1  2 }"); }), 9);
+  // The fields before the failing one stay built.
+  for (const auto& [type_name, value, error, built] :
+       {std::tuple{"abc", "1 2", 9, 2}, std::tuple{"dup", "", 457, 1}}) {
+    const auto partial = std::make_shared<CFields>();
+    EXPECT_EQ(ErrorNumberOf([&] { Build(*partial, type_name, value); }), error);
+    EXPECT_EQ(partial->IFields_Count(), built) << type_name;
+    if (built == 2) {
+      EXPECT_EQ(partial->IFields_Item("b")->IField_Value(), "2");
+    }
+  }
+  test::ScopedComponent no_utility("Moraface.Utility", nullptr);
+  EXPECT_EQ(ErrorNumberOf([&] { BuildFields(owner, "abc", "1 2 3"); }), 429);
+}
+
+TEST_F(CFieldsTest, RawTextsAndTypeDefaults) {
+  auto lamp = BuildFields(owner, "switch");
+  EXPECT_EQ(lamp->IFields_Item("value")->IField_Value() + "|" +
+                lamp->IFields_Item("state")->IField_Value(),
+            "0|TOGGLE_OFF");
+  lamp = BuildFields(owner, "switch", "{ 100  TOGGLE_ON }");
+  EXPECT_EQ(lamp->IFields_Item("state")->IField_Value(), "TOGGLE_ON");
+  EXPECT_EQ(lamp->RawText(), "C801");  // 100 % in half percent steps, state 1
+  // lev_cont has no invalid value ("" gives 0); an enumeration's is 255.
+  EXPECT_EQ(lamp->InvalidRawText(), "00FF");
+
+  const auto setpoints = BuildFields(owner, "temp_setpt", "20 21 22 23 24 25");
+  EXPECT_EQ(setpoints->RawText(), "07D00834089808FC096009C4");
+  EXPECT_EQ(setpoints->InvalidRawText(), "7FFF7FFF7FFF7FFF7FFF7FFF");  // 327.67 °C each
+
+  // Defaults all through: FAN_AUTO, OC_OCCUPIED, 20 °C, switch 0 / TOGGLE_OFF, 6 x 20 °C.
+  const auto room = BuildFields(owner, "40003");
+  EXPECT_EQ(room->RawText(), "000007D00000" + std::string("07D007D007D007D007D007D0"));
+  EXPECT_EQ(FieldAt(room, "room")->RawText(), room->RawText().substr(2));
+}
+
+TEST_F(CFieldsTest, MissingDefaultsAreReplacedAndReported) {
+  boxes.boxes.clear();  // the report of the unknown kind of "odd"
+  // A configuration property's fields warn when asked to.
+  auto room = BuildFields(std::make_shared<FakeOwner>(3, "nciRoom"), "40003", "", true);
+  BuildFields(std::make_shared<FakeOwner>(3, "nciText"), "labelled", "", true);
+  EXPECT_EQ(boxes.boxes, (test::Boxes{DefaultBox("nciRoom.room.fan.value", "0"),
+                                      DefaultBox("nciRoom.room.fan.state", "0"),
+                                      DefaultBox("nciText.label", "none")}));
+  EXPECT_EQ(FieldAt(room, "room.fan.value")->IField_DispDefault(), "0 %");
+  EXPECT_EQ(FieldAt(room, "room.fan.state")->IField_DispDefault(), "TOGGLE_OFF");
+  EXPECT_EQ(FieldAt(room, "room.space_temp")->IField_DispDefault(), "20 °C");
+
+  boxes.boxes.clear();
+  room = BuildFields(std::make_shared<FakeOwner>(3, "nciRoom"), "40003");
+  EXPECT_TRUE(boxes.boxes.empty());
+  EXPECT_EQ(FieldAt(room, "room.fan.state")->IField_DispDefault(), "TOGGLE_OFF");
+
+  // A network variable's only while its flag is set.
+  const auto nv = std::make_shared<FakeOwner>(2, "nvoRoom");
+  room = BuildFields(nv, "40003", "", true);
+  EXPECT_TRUE(boxes.boxes.empty());
+  EXPECT_EQ(FieldAt(room, "room.fan.state")->IField_DispDefault(), "");
+  EXPECT_EQ(FieldAt(room, "room.fan.value")->IField_DispDefault(), " %");
+  nv->field_defaults = true;
+  room = BuildFields(nv, "40003", "", true);
+  ASSERT_EQ(boxes.boxes.size(), 2u);
+  EXPECT_EQ(boxes.boxes[1], DefaultBox("nvoRoom.room.fan.state", "0"));
+  EXPECT_EQ(FieldAt(room, "room.fan.state")->IField_DispDefault(), "TOGGLE_OFF");
+}
+
+TEST_F(CFieldsTest, KeysFollowTheOwnerChain) {
+  const auto room = BuildFields(owner, "40003");
+  const auto value = FieldAt(room, "room.fan.value");
+  ASSERT_NE(value, nullptr);
+  EXPECT_EQ(value->IField_GlobalKey(), "G\\Owner\\room\\fan\\value");
+  EXPECT_EQ(value->IField_ExtendedKey(), value->IField_GlobalKey());
+  EXPECT_EQ(value->ISubItemConnable_GlobalKey(), value->IField_GlobalKey());
+  EXPECT_EQ(value->IDisplayItem_Key(), "Owner.room.fan.value");
+  EXPECT_EQ(FieldAt(room, "room")->IDisplayItem_Key(), "Owner.room");
+
+  room->SetParentKeys("New");
+  room->SetGlobalKeys("K");
+  EXPECT_EQ(value->IDisplayItem_Key(), "New.room.fan.value");
+  EXPECT_EQ(FieldAt(room, "fan_mode")->IDisplayItem_Key(), "New.fan_mode");
+  EXPECT_EQ(value->IField_GlobalKey(), "K\\room\\fan\\value");
+}
+
+TEST_F(CFieldsTest, SelfContainingStructureStopsAfter32Levels) {
+  EXPECT_EQ(ErrorNumberOf([&] { BuildFields(owner, "loop"); }), 0);
+  const auto loop = BuildFields(owner, "loop", "{ 3  {} }");
+  std::shared_ptr<IField> self = loop->IFields_Item("self"), deepest;
+  int levels = 0;
+  while (self) {
+    deepest = self;
+    ASSERT_NE(self->IField_Fields(), nullptr);
+    if (self->IField_Fields()->IFields_Count() == 0) break;
+    EXPECT_EQ(self->IField_Fields()->IFields_Item("a")->IField_Value(), "3");
+    self = self->IField_Fields()->IFields_Item("self");
+    ++levels;
+  }
+  EXPECT_EQ(levels, 32);
+  // The deepest one is still a structure field, with an empty collection.
+  ASSERT_NE(deepest, nullptr);
+  EXPECT_EQ(deepest->IField_Value(), "{}");
 }
 
 }  // namespace

@@ -2,6 +2,7 @@
 
 #include "interfaces/IStates.h"
 #include "interfaces/ITypeOverride.h"
+#include "nv/CNetworkVariables.h"
 #include "nv/frmEditNVI.h"
 #include "nv/frmEditNVO.h"
 #include "types/NvoTable.h"
@@ -12,14 +13,6 @@ namespace kolvane {
 namespace {
 
 using test::FieldAt;
-
-// A variable filled from one NV element.
-std::shared_ptr<CNetworkVariable> Loaded(const std::string& xml) {
-  test::ParsedXml parsed(xml);
-  auto variable = std::make_shared<CNetworkVariable>();
-  variable->LoadFromXml(parsed.Root());
-  return variable;
-}
 
 // A variable of a type and direction (0 input, 1 output), as a host adds one.
 std::shared_ptr<CNetworkVariable> Made(int32_t direction, const std::string& type_name,
@@ -39,22 +32,22 @@ std::string Place(const CNetworkVariable& nv) {
 }
 
 // "Enum" and its states as "(value,name);...", "Float", or "" for no override.
-std::string OverrideText(const std::shared_ptr<IUnknown>& item) {
-  const auto overridable = std::dynamic_pointer_cast<IOverridableItem>(item);
-  if (!overridable) return "not overridable";
-  const auto type_override = overridable->IOverridableItem_TypeOverride();
+std::string OverrideText(const std::shared_ptr<IOverridableItem>& item) {
+  const auto type_override = item->IOverridableItem_TypeOverride();
   if (!type_override) return "";
   const auto states = type_override->ITypeOverride_States();
   const std::string kind = type_override->ITypeOverride_OverridingType();
   return states && states->IStates_Count() > 0 ? kind + " " + states->IStates_ToString() : kind;
 }
 
-class CNetworkVariableTest : public ::testing::Test {
+class CNetworkVariableTest : public test::CatalogueFixture {
  protected:
-  test::MessageBoxRecorder boxes;
-  test::ScopedDecimalSeparator point{"."};
-  test::ScopedCatalogue catalogue{test::kBundledCatalogue, true};
-  test::ScopedSaveFlags flags;
+  // A variable filled from one NV element.
+  std::shared_ptr<CNetworkVariable> Loaded(const std::string& xml) {
+    auto variable = std::make_shared<CNetworkVariable>();
+    variable->LoadFromXml(Element(xml));
+    return variable;
+  }
 };
 
 TEST_F(CNetworkVariableTest, LoadReadsTypeDirectionPlaceExportIndexAndKey) {
@@ -66,12 +59,10 @@ TEST_F(CNetworkVariableTest, LoadReadsTypeDirectionPlaceExportIndexAndKey) {
   EXPECT_EQ(nvi->INetworkVariable_PointKey(), "P1");
   EXPECT_EQ(nvi->INetworkVariable_Fields(), nullptr);
   EXPECT_NE(std::dynamic_pointer_cast<frmEditNVI>(nvi->OptionsDialog()), nullptr);
+  const auto input_switch = Loaded(R"(<nviLamp Type="switch" Direction="In"/>)");
+  EXPECT_NE(std::dynamic_pointer_cast<frmEditNVI>(input_switch->OptionsDialog()), nullptr);
 
-  EXPECT_EQ(
-      Place(*Loaded(R"(<nvoA Type="temp_p"><ExtendedInfo Location="119.5;44.5" ExportIndex="3"/>
-      </nvoA>)")),
-      "120;44 #3");
-
+  // Only "In" makes an input.
   for (const std::string direction :
        {R"(Direction="in")", R"(Direction="Out")", R"(Direction="IN")", ""}) {
     const auto nv = Loaded("<nv Type=\"temp_p\" " + direction + "/>");
@@ -79,36 +70,24 @@ TEST_F(CNetworkVariableTest, LoadReadsTypeDirectionPlaceExportIndexAndKey) {
     EXPECT_NE(std::dynamic_pointer_cast<frmEditNVO>(nv->OptionsDialog()), nullptr) << direction;
   }
 
-  const auto output_switch = Loaded(R"(<nvoLamp Type="switch" Direction="Out"/>)");
-  ASSERT_NE(output_switch->INetworkVariable_Fields(), nullptr);
-  EXPECT_EQ(output_switch->INetworkVariable_SNVTType()->ISNVType_Length(), 2);
-  EXPECT_EQ(output_switch->OptionsDialog(), nullptr);
-  const auto input_switch = Loaded(R"(<nviLamp Type="switch" Direction="In"/>)");
-  EXPECT_NE(std::dynamic_pointer_cast<frmEditNVI>(input_switch->OptionsDialog()), nullptr);
   const auto room = Loaded(R"(<nviRoom Type="40003" Direction="In" Key="P3"/>)");
-  ASSERT_NE(room->INetworkVariable_Fields(), nullptr);
-  EXPECT_EQ(room->INetworkVariable_Fields()->IFields_Count(), 2);
   EXPECT_EQ(room->INetworkVariable_SNVTType()->ISNVType_Length(), 18);
-  const auto value = FieldAt(room->INetworkVariable_Fields(), "room.fan.value");
-  ASSERT_NE(value, nullptr);
+  const auto value = test::NotNull(FieldAt(room->INetworkVariable_Fields(), "room.fan.value"));
   EXPECT_EQ(value->IDisplayItem_Key(), "P3.room.fan.value");
   room->INetworkVariable_PointKey("Q9");
   EXPECT_EQ(value->IDisplayItem_Key(), "Q9.room.fan.value");
 
   // Without ExtendedInfo the place is reset and the export number left alone.
-  test::ParsedXml bare(R"(<nvoBare Type="temp_p" Direction="Out" Key="P2"/>)");
   const auto nv = Made(1, "temp_p");
   nv->INetworkVariable_ConnectionIndex(5);
   nv->INetworkVariable_XPosition(3);
   nv->INetworkVariable_YPosition(4);
-  nv->LoadFromXml(bare.Root());
+  nv->LoadFromXml(Element(R"(<nvoBare Type="temp_p" Direction="Out" Key="P2"/>)"));
   EXPECT_EQ(Place(*nv), "0;0 #5");
   EXPECT_EQ(nv->INetworkVariable_PointKey(), "P2");
 
   const auto unknown = Loaded(R"(<nvoX Type="no_such" Direction="Out"/>)");
-  ASSERT_NE(unknown->INetworkVariable_SNVTType(), nullptr);
-  EXPECT_EQ(unknown->INetworkVariable_SNVTType()->ISNVType_ID(), "no_such");
-  EXPECT_EQ(unknown->INetworkVariable_SNVTType()->ISNVType_GenType(), "");
+  EXPECT_EQ(test::NotNull(unknown->INetworkVariable_SNVTType())->ISNVType_GenType(), "");
   EXPECT_EQ(unknown->INetworkVariable_Fields(), nullptr);
 }
 
@@ -141,83 +120,69 @@ TEST_F(CNetworkVariableTest, TypeOverridesOfTheVariableAndItsFields) {
       </Fields></TypeOverride></ExtendedInfo></nvoRoom>)");
   const auto fields = room->INetworkVariable_Fields();
   EXPECT_EQ(OverrideText(room), "");
-  EXPECT_EQ(OverrideText(FieldAt(fields, "fan_mode")), "Enum (0,Auto)");
-  EXPECT_EQ(OverrideText(FieldAt(fields, "room")), "");
-  EXPECT_EQ(OverrideText(FieldAt(fields, "room.occupancy")), "Float");
-  EXPECT_EQ(OverrideText(FieldAt(fields, "room.space_temp")), "");
-  EXPECT_EQ(OverrideText(FieldAt(fields, "room.fan.state")), "Enum (0,Off);(1,On)");
-  EXPECT_EQ(OverrideText(FieldAt(fields, "room.fan.value")), "");
+  // clang-format off
+  const std::pair<const char*, const char*> overrides[] = {
+      {"fan_mode", "Enum (0,Auto)"}, {"room", ""}, {"room.occupancy", "Float"},
+      {"room.space_temp", ""}, {"room.fan.state", "Enum (0,Off);(1,On)"}, {"room.fan.value", ""}};
+  // clang-format on
+  for (const auto& [path, text] : overrides) EXPECT_EQ(OverrideText(FieldAt(fields, path)), text);
 }
 
-TEST_F(CNetworkVariableTest, ConnectionCountsAndItemKinds) {
-  const auto input = Made(0, "temp_p");
+TEST_F(CNetworkVariableTest, ConnectionsAndItemKinds) {
+  // An input counts its connections; an output keeps only the last flag.
+  const auto input = Made(0, "temp_p"), output = Made(1, "temp_p");
   EXPECT_FALSE(input->IDisplayItem_IsConnected() || input->IDisplayItem_IsDisplayable() ||
                input->INetworkVariable_IsConnected());
-  input->ISubItemConnable_IsConnected(true);
-  input->ISubItemConnable_IsConnected(true);
-  input->ISubItemConnable_IsConnected(false);
+  for (const bool connect : {true, true, false}) {
+    input->ISubItemConnable_IsConnected(connect);
+    output->ISubItemConnable_IsConnected(connect);
+  }
   EXPECT_TRUE(input->IDisplayItem_IsConnected() && input->IDisplayItem_IsDisplayable());
   EXPECT_TRUE(input->INetworkVariable_IsConnected());
+  EXPECT_FALSE(output->IDisplayItem_IsConnected() || output->INetworkVariable_IsConnected());
   input->ISubItemConnable_IsConnected(false);
   EXPECT_FALSE(input->IDisplayItem_IsConnected() || input->INetworkVariable_IsConnected());
-
-  const auto unconnected = Made(0, "temp_p");
-  unconnected->ISubItemConnable_IsConnected(false);
-  EXPECT_TRUE(unconnected->IDisplayItem_IsConnected());
-
-  const auto output = Made(1, "temp_p");
-  for (int i = 0; i < 3; ++i) output->ISubItemConnable_IsConnected(true);
-  EXPECT_TRUE(output->INetworkVariable_IsConnected());
-  output->ISubItemConnable_IsConnected(false);
-  EXPECT_FALSE(output->IDisplayItem_IsConnected() || output->INetworkVariable_IsConnected());
 
   // An input is connected through any of its fields; an output only through its own flag.
   for (const int32_t direction : {0, 1}) {
     const auto lamp = Made(direction, "switch");
-    const auto state = std::dynamic_pointer_cast<ISubItemConnable>(
-        lamp->INetworkVariable_Fields()->IFields_Item("2"));
-    ASSERT_NE(state, nullptr);
-    state->ISubItemConnable_IsConnected(true);
+    FieldAt(lamp->INetworkVariable_Fields(), "state")->ISubItemConnable_IsConnected(true);
     EXPECT_EQ(lamp->INetworkVariable_IsConnected(), direction == 0) << direction;
     EXPECT_FALSE(lamp->IDisplayItem_IsConnected()) << direction;
   }
 
-  EXPECT_EQ(std::pair(input->IDisplayItem_ItemType(), output->IDisplayItem_ItemType()),
-            std::pair(1, 2));
-  EXPECT_TRUE(input->IDisplayItem_IsWritable() && !output->IDisplayItem_IsWritable());
-  for (const auto& nv : {input, output}) {
-    EXPECT_EQ(nv->ISubItemConnable_ItemType(), 2);
-    EXPECT_EQ(nv->INetworkVariable_NodeType(), 2);
+  for (const auto& [nv, item_type, writable] :
+       {std::tuple(input, 1, true), std::tuple(output, 2, false)}) {
+    EXPECT_EQ(std::tuple(nv->IDisplayItem_ItemType(), nv->IDisplayItem_IsWritable(),
+                         nv->ISubItemConnable_ItemType(), nv->INetworkVariable_NodeType()),
+              std::tuple(item_type, writable, 2, 2));
   }
   EXPECT_EQ(input->INetworkVariable_SNVTCompatibles(), nullptr);
-  EXPECT_TRUE(input->ISubItemConnable_IsSNVTCompatible(""));
   EXPECT_FALSE(input->ISubItemConnable_IsSNVTCompatible("temp_p"));
 }
 
 TEST_F(CNetworkVariableTest, CompatibleListsFromTheNvoTable) {
-  test::ParsedXml table(R"(<NVOTable><SNVT_5><SNVT_a/><SNVT_b/></SNVT_5>
-      <SNVT_12><SNVT_b/></SNVT_12></NVOTable>)");
-  EXPECT_EQ(CNetworkVariable::BuildNVOCompatibleList("c", table.document), "");
-  EXPECT_EQ(CNetworkVariable::BuildNVOCompatibleList("a", table.document), ",5");
-  EXPECT_EQ(CNetworkVariable::BuildNVOCompatibleList("b", table.document), "5,12");
+  Element("<NVOTable><SNVT_5><SNVT_a/></SNVT_5></NVOTable>");
+  EXPECT_EQ(CNetworkVariable::BuildNVOCompatibleList("a", documents.back()), ",5");
 
-  test::ParsedXml bundled(test::kBundledNvoTable, true);
-  const internal::NvoTable nvo_table(bundled.document);
-  const auto input = Made(0, "temp_p");
+  pugi::xml_document bundled;
+  ASSERT_TRUE(bundled.load_file(test::kBundledNvoTable));
+  const internal::NvoTable nvo_table(bundled);
+  const auto input = Made(0, "temp_p"), output = Made(1, "switch");
+  // An input lists the outputs that take its type, an output the types it takes.
   input->RebuildCompatibles(nvo_table);
-  ASSERT_NE(input->INetworkVariable_SNVTCompatibles(), nullptr);
-  EXPECT_EQ(input->INetworkVariable_SNVTCompatibles()->ICompatibleSNVTs_ToString(),
-            "temp_p,temp,temp_f");
-  const auto output = Made(1, "switch");
   output->RebuildCompatibles(nvo_table);
-  ASSERT_NE(output->INetworkVariable_SNVTCompatibles(), nullptr);
-  EXPECT_EQ(output->INetworkVariable_SNVTCompatibles()->ICompatibleSNVTs_ToString(), "switch");
+  EXPECT_EQ(test::NotNull(input->INetworkVariable_SNVTCompatibles())->ICompatibleSNVTs_ToString(),
+            "temp_p,temp,temp_f");
+  EXPECT_EQ(test::NotNull(output->INetworkVariable_SNVTCompatibles())->ICompatibleSNVTs_ToString(),
+            "switch");
 
-  EXPECT_TRUE(input->ISubItemConnable_IsSNVTCompatible(""));
-  EXPECT_TRUE(input->ISubItemConnable_IsSNVTCompatible("temp_f"));
-  EXPECT_FALSE(input->ISubItemConnable_IsSNVTCompatible("TEMP"));
-  EXPECT_FALSE(input->ISubItemConnable_IsSNVTCompatible("tem"));
-  EXPECT_FALSE(input->ISubItemConnable_IsSNVTCompatible("switch"));
+  // Whole identifiers, in their case; an empty one always fits.
+  EXPECT_TRUE(input->ISubItemConnable_IsSNVTCompatible("") &&
+              input->ISubItemConnable_IsSNVTCompatible("temp_f"));
+  for (const char* id : {"TEMP", "tem", "switch"}) {
+    EXPECT_FALSE(input->ISubItemConnable_IsSNVTCompatible(id)) << id;
+  }
 }
 
 TEST_F(CNetworkVariableTest, WhichChangesMarkTheProfileForSaving) {
@@ -235,7 +200,7 @@ TEST_F(CNetworkVariableTest, WhichChangesMarkTheProfileForSaving) {
       {"RefValue", [&] { nv->INetworkVariable_RefValue("r"); }, false},
   };
   for (const auto& [what, change, marks] : changes) {
-    flags.Clear();
+    ClearFlags();
     change();
     EXPECT_EQ(Globals::NeedSaveFlag, marks) << what;
   }
@@ -244,26 +209,27 @@ TEST_F(CNetworkVariableTest, WhichChangesMarkTheProfileForSaving) {
 
 TEST_F(CNetworkVariableTest, ValueTextsByKind) {
   test::ScopedDecimalSeparator comma(",");
-  const auto temp = Made(0, "temp_p");
-  temp->INetworkVariable_Value("21.5");
-  EXPECT_EQ(temp->INetworkVariable_Value(), "21,5");
-  const auto occupancy = Made(0, "occupancy");
-  occupancy->INetworkVariable_Value("1.5.2");
-  EXPECT_EQ(occupancy->INetworkVariable_Value(), "1,5.2");
-  occupancy->INetworkVariable_Value("OC_BYPASS");
-  EXPECT_EQ(occupancy->INetworkVariable_Value(), "OC_BYPASS");
-  const auto text = Made(0, "str_asc");
-  text->INetworkVariable_Value("  a.b  ");
-  EXPECT_EQ(text->INetworkVariable_Value(), "a,b");
+  // Numbers, enumerations and texts alike are localised; a text is trimmed as well.
+  const std::tuple<const char*, const char*, const char*> values[] = {
+      {"temp_p", "21.5", "21,5"},
+      {"occupancy", "1.5.2", "1,5.2"},
+      {"occupancy", "OC_BYPASS", "OC_BYPASS"},
+      {"str_asc", "  a.b  ", "a,b"}};
+  for (const auto& [type_name, value, shown] : values) {
+    const auto nv = Made(0, type_name);
+    nv->INetworkVariable_Value(value);
+    EXPECT_EQ(nv->INetworkVariable_Value(), shown) << type_name << " " << value;
+  }
 
   // A structure hands token i-1 of its text to field i and reads the fields back.
   const auto lamp = Made(1, "switch");
   const auto fields = lamp->INetworkVariable_Fields();
   lamp->INetworkVariable_Value("100 TOGGLE_ON");
   EXPECT_EQ(lamp->INetworkVariable_Value(), "100 TOGGLE_ON");
-  EXPECT_EQ(FieldAt(fields, "value")->IField_Value(), "100");
   EXPECT_EQ(FieldAt(fields, "state")->IField_Value(), "TOGGLE_ON");
   EXPECT_EQ(lamp->INetworkVariable_RawValue(), "C801");
+  // Tokens are split at single blanks: two blanks make an empty token. Reading the value hands
+  // the tokens to the fields first.
   lamp->INetworkVariable_Value("100  TOGGLE_ON");
   EXPECT_EQ(lamp->INetworkVariable_Value(), "100");
   EXPECT_EQ(FieldAt(fields, "state")->IField_Value(), "");
@@ -275,61 +241,127 @@ TEST_F(CNetworkVariableTest, ValueTextsByKind) {
 TEST_F(CNetworkVariableTest, DisplayAndRawTexts) {
   const auto temp = Made(0, "temp_p");
   temp->INetworkVariable_Value("21.5");
-  EXPECT_EQ(temp->INetworkVariable_DispValue(), "21.5 °C");
-  EXPECT_EQ(temp->INetworkVariable_DispMin(), "-273.17 °C");
-  EXPECT_EQ(temp->INetworkVariable_DispMax(), "327.66 °C");
-  EXPECT_EQ(temp->INetworkVariable_RawValue(), "0866");
-  EXPECT_EQ(temp->INetworkVariable_InvalidRaw(), "7FFF");
+  EXPECT_EQ(temp->INetworkVariable_DispValue() + "|" + temp->INetworkVariable_DispMin() + "|" +
+                temp->INetworkVariable_DispMax(),
+            "21.5 °C|-273.17 °C|327.66 °C");
+  EXPECT_EQ(temp->INetworkVariable_RawValue() + "|" + temp->INetworkVariable_InvalidRaw(),
+            "0866|7FFF");
   temp->INetworkVariable_Value("Invalid");
-  EXPECT_EQ(temp->INetworkVariable_Value(), "Invalid");
-  EXPECT_EQ(temp->INetworkVariable_DispValue(), "Invalid");
+  EXPECT_EQ(temp->INetworkVariable_Value() + "|" + temp->INetworkVariable_DispValue(),
+            "Invalid|Invalid");
 
-  const auto raw = [](const std::string& type_name, const std::string& value) {
-    const auto nv = Made(1, type_name);
-    nv->INetworkVariable_Value(value);
-    return nv->INetworkVariable_RawValue();
-  };
-  EXPECT_EQ(raw("occupancy", "OC_BYPASS"), "02");
-  EXPECT_EQ(Made(1, "occupancy")->INetworkVariable_InvalidRaw(), "FF");
-  EXPECT_EQ(raw("temp_f", "21.5"), "41AC0000");
-  EXPECT_EQ(raw("state", "5"), "0005");
+  const auto bits = Made(1, "state"), text = Made(1, "str_asc");
+  bits->INetworkVariable_Value("5");
+  text->INetworkVariable_Value("Hi");
+  EXPECT_EQ(bits->INetworkVariable_RawValue(), "0005");
   std::string padded = "4869";
   for (int i = 0; i < 28; ++i) padded += "20";
-  EXPECT_EQ(raw("str_asc", "Hi"), padded + "00");
+  EXPECT_EQ(text->INetworkVariable_RawValue(), padded + "00");
 
-  const auto document = std::make_shared<pugi::xml_document>();
-  document->load_string("<Profile><NVS/></Profile>");
+  // Saving on its own writes nothing.
   const auto previous = Globals::ProfileDocument;
-  Globals::ProfileDocument = document;
-  const std::string before = test::XmlText(*document);
+  Globals::ProfileDocument = std::make_shared<pugi::xml_document>();
+  Globals::ProfileDocument->load_string("<Profile><NVS/></Profile>");
   EXPECT_EQ(temp->INetworkVariable_XMLSave(), "");
-  EXPECT_EQ(test::XmlText(*document), before);
+  EXPECT_EQ(test::XmlText(*Globals::ProfileDocument), "<Profile><NVS/></Profile>");
   Globals::ProfileDocument = previous;
 }
 
 TEST_F(CNetworkVariableTest, DefaultWarningGatesAssumedFieldDefaults) {
   const auto plain = Made(1, "switch", "nvoLamp");
   EXPECT_TRUE(boxes.boxes.empty());
-  const auto plain_fields = plain->INetworkVariable_Fields();
-  EXPECT_EQ(FieldAt(plain_fields, "value")->IField_DispDefault(), " %");
-  EXPECT_EQ(FieldAt(plain_fields, "state")->IField_DispDefault(), "");
-  EXPECT_EQ(FieldAt(plain_fields, "state")->IDisplayItem_ItemType(), 4);
-  EXPECT_TRUE(FieldAt(plain_fields, "value")->IDisplayItem_IsWritable());
+  EXPECT_EQ(FieldAt(plain->INetworkVariable_Fields(), "state")->IField_DispDefault(), "");
 
   const auto assumed = std::make_shared<CNetworkVariable>();
   assumed->INetworkVariable_Name("nvoLamp");
   assumed->DefaultWarning(true);
   assumed->INetworkVariable_SetSnvtType("switch");
-  const std::string tail =
-      ": Default value not defined into the XML file of the profile; 0 assumed.";
-  using Box = test::MessageBoxRecorder::Box;
-  EXPECT_EQ(boxes.boxes, (std::vector<Box>{{"nvoLamp.value" + tail, 16, "Warning"},
-                                           {"nvoLamp.state" + tail, 16, "Warning"}}));
-  const auto fields = assumed->INetworkVariable_Fields();
-  EXPECT_EQ(FieldAt(fields, "value")->IField_DispDefault(), "0 %");
-  EXPECT_EQ(FieldAt(fields, "state")->IField_DispDefault(), "TOGGLE_OFF");
-  EXPECT_EQ(FieldAt(fields, "value")->IDisplayItem_ItemType(), 5);
-  EXPECT_FALSE(FieldAt(fields, "state")->IDisplayItem_IsWritable());
+  EXPECT_EQ(boxes.boxes, (test::Boxes{test::DefaultBox("nvoLamp.value", "0"),
+                                      test::DefaultBox("nvoLamp.state", "0")}));
+  const auto state = FieldAt(assumed->INetworkVariable_Fields(), "state");
+  EXPECT_EQ(state->IField_DispDefault() + "|" + std::to_string(state->IDisplayItem_ItemType()),
+            "TOGGLE_OFF|5");
+}
+
+constexpr char kVariables[] = R"(<NVS>
+  <nviTemp Type="temp_p" Direction="In" Key="P1">
+    <ExtendedInfo Location="1;2" ExportIndex="7"/></nviTemp>
+  <nvoRoom Type="40003" Direction="Out" Key="P2"><ExtendedInfo ExportIndex="8"/></nvoRoom>
+  <nvoLamp Type="switch" Direction="Out" Key="P3"><ExtendedInfo ExportIndex="9"/></nvoLamp>
+</NVS>)";
+
+// "global key index export-number" of a variable.
+std::string Keys(const INetworkVariable& nv) {
+  return nv.INetworkVariable_GlobalKey() + " " + std::to_string(nv.INetworkVariable_Index()) + " " +
+         std::to_string(nv.INetworkVariable_ConnectionIndex());
+}
+
+class CNetworkVariablesTest : public test::CatalogueFixture {
+ protected:
+  std::shared_ptr<test::FakeProfile> profile = std::make_shared<test::FakeProfile>();
+  const pugi::xml_node nvs = Element(kVariables);
+  CNetworkVariables variables;
+};
+
+TEST_F(CNetworkVariablesTest, KeysAndIndexesSurviveRemoval) {
+  EXPECT_EQ(variables.INetworkVariables_GlobalKey(), "PGeneric_Profile\\NVS");
+  EXPECT_EQ(variables.INetworkVariables_ExtendedKey(), "PGeneric_Profile\\NVS");
+  EXPECT_EQ(
+      std::vector({variables.INetworkVariables_CDBUsage(), variables.INetworkVariables_DDBUsage(),
+                   variables.INetworkVariables_SDBUsage(), variables.INetworkVariables_ExecTime()}),
+      std::vector(4, 0));
+  // Loading numbers the variables in document order; the export index read is not kept.
+  std::vector<std::shared_ptr<CNetworkVariable>> loaded;
+  for (pugi::xml_node element : nvs.children()) {
+    loaded.push_back(test::NotNull(variables.AddFromXml(element.name(), element, profile)));
+  }
+  for (int32_t i = 0; i < 3; ++i) {
+    EXPECT_EQ(Keys(*loaded[i]), "PGeneric_Profile\\NVS\\NV" + std::to_string(i + 1) + " " +
+                                    std::to_string(i) + " " + std::to_string(i));
+    EXPECT_EQ(loaded[i]->INetworkVariable_ExtendedKey(), loaded[i]->INetworkVariable_GlobalKey());
+  }
+  EXPECT_EQ(loaded[0]->INetworkVariable_Name(), "nviTemp");
+  EXPECT_EQ(FieldAt(loaded[1]->INetworkVariable_Fields(), "room.fan.value")->IField_GlobalKey(),
+            "PGeneric_Profile\\NVS\\NV2\\room\\fan\\value");
+
+  variables.INetworkVariables_Remove(loaded[1]);
+  ASSERT_EQ(variables.INetworkVariables_Count(), 2);
+  EXPECT_EQ(Keys(*loaded[0]), "PGeneric_Profile\\NVS\\NV1 0 0");
+  EXPECT_EQ(Keys(*loaded[2]), "PGeneric_Profile\\NVS\\NV3 1 2");
+  EXPECT_EQ(variables.INetworkVariables_Item("NV2"), nullptr);
+  EXPECT_EQ(variables.INetworkVariables_Item("2"), loaded[2]);
+
+  const auto fourth = test::NotNull(variables.AddFromXml("nviTemp2", nvs.first_child(), profile));
+  EXPECT_EQ(Keys(*fourth), "PGeneric_Profile\\NVS\\NV4 2 2");
+  EXPECT_EQ(variables.INetworkVariables_NewEnum(),
+            (std::vector<std::shared_ptr<INetworkVariable>>{loaded[0], loaded[2], fourth}));
+}
+
+TEST_F(CNetworkVariablesTest, AddingAndRemovingMarkTheProfileAndAskForRebuilds) {
+  variables.SetProfile(profile);
+  const auto loaded = test::NotNull(variables.AddFromXml("nviTemp", nvs.first_child(), profile));
+  EXPECT_FALSE(Globals::NeedSaveFlag);
+  EXPECT_EQ(profile->rebuilds, 0);
+
+  const auto added = test::NotNull(variables.INetworkVariables_AddNV("nvoLamp", 1, "switch"));
+  EXPECT_TRUE(Globals::NeedSaveFlag);
+  EXPECT_FALSE(Globals::DisplayIncompatibleFlag);
+  EXPECT_EQ(profile->rebuilds, 1);
+  EXPECT_EQ(
+      added->INetworkVariable_Name() + " " + added->INetworkVariable_SNVTType()->ISNVType_ID(),
+      "nvoLamp switch");
+  EXPECT_EQ(added->INetworkVariable_Direction(), 1);
+  EXPECT_EQ(Keys(*added), "PGeneric_Profile\\NVS\\NV2 1 -1");
+
+  // Removing a variable the collection no longer holds removes nothing; the rest happens anyway.
+  for (const int rebuilds : {2, 3}) {
+    ClearFlags();
+    variables.INetworkVariables_Remove(loaded);
+    EXPECT_TRUE(Globals::NeedSaveFlag && Globals::DisplayIncompatibleFlag);
+    EXPECT_EQ(profile->rebuilds, rebuilds);
+    EXPECT_EQ(variables.INetworkVariables_Count(), 1);
+    EXPECT_EQ(Keys(*added), "PGeneric_Profile\\NVS\\NV2 0 -1");
+  }
 }
 
 }  // namespace

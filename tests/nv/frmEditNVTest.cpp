@@ -10,28 +10,26 @@ namespace {
 
 using test::ErrorNumberOf;
 
-class frmEditNVTest : public ::testing::Test {
+// The output dialog as the user sees it.
+std::string Shown(const frmEditNVO& dialog) {
+  return dialog.chkSendOnDelta.Caption + "=" + std::to_string(dialog.chkSendOnDelta.Value) + " [" +
+         dialog.txtSendOnDelta.Text + (dialog.txtSendOnDelta.Enabled ? "]" : "] disabled") + " | " +
+         dialog.lblMinCaption.Caption + " " + dialog.lblMin.Caption + " | " +
+         dialog.lblMaxCaption.Caption + " " + dialog.lblMax.Caption + " | " + dialog.txtValue.Text +
+         " | " + dialog.cmdOk.Caption;
+}
+
+class frmEditNVTest : public test::CatalogueFixture {
  protected:
   // A variable loaded from an NV element of type_name, "In" or "Out".
-  static std::shared_ptr<CNetworkVariable> Variable(const std::string& type_name,
-                                                    const std::string& direction) {
-    test::ParsedXml parsed("<nv Type=\"" + type_name + "\" Direction=\"" + direction + "\"/>");
+  std::shared_ptr<CNetworkVariable> Variable(const std::string& type_name,
+                                             const std::string& direction) {
     auto variable = std::make_shared<CNetworkVariable>();
-    variable->INetworkVariable_Name("nv");
-    variable->LoadFromXml(parsed.Root());
+    variable->LoadFromXml(
+        Element("<nv Type=\"" + type_name + "\" Direction=\"" + direction + "\"/>"));
     return variable;
   }
 
-  // "send-on-delta flag|threshold|value" of an output.
-  static std::string Options(CNetworkVariable& output) {
-    return std::to_string(output.SendOnDeltaEnabled()) + "|" + output.SendOnDelta() + "|" +
-           output.INetworkVariable_Value();
-  }
-
-  test::MessageBoxRecorder boxes;
-  test::ScopedDecimalSeparator point{"."};
-  test::ScopedCatalogue catalogue{test::kBundledCatalogue, true};
-  test::ScopedSaveFlags flags;
   test::ScopedFormHost user;
 };
 
@@ -51,15 +49,10 @@ TEST_F(frmEditNVTest, SetValueShowsANewDialogOfTheDirection) {
   EXPECT_EQ(shown, (std::vector<std::string>{"NVI", "NVO"}));
   EXPECT_NE(std::dynamic_pointer_cast<frmEditNVI>(input->OptionsDialog()), nullptr);
   EXPECT_NE(input->OptionsDialog(), loaded_dialog);
-
-  const auto structure = Variable("switch", "Out");
-  EXPECT_EQ(ErrorNumberOf([&] { structure->INetworkVariable_SetValue(); }), 91);
-  EXPECT_EQ(shown.size(), 2u);
 }
 
-// An output retyped to a structure has no options, like one loaded as a structure.
 // Changing the type makes no dialog: an output loaded as a number and retyped to a structure
-// keeps the dialog it was loaded with, while one loaded as a structure has none.
+// keeps the dialog it was loaded with, while one loaded as a structure has none (error 91).
 TEST_F(frmEditNVTest, OnlyLoadingMakesAnOutputStructureDialogless) {
   const auto retyped = Variable("temp_p", "Out");
   const auto dialog = retyped->OptionsDialog();
@@ -80,17 +73,11 @@ TEST_F(frmEditNVTest, OutputOptionsLoadWriteOnOkAndNotOnCancel) {
   output->SendOnDeltaEnabled(true);
   output->SendOnDelta("0.5");
   output->INetworkVariable_Value("21.5");
-  flags.Clear();
+  ClearFlags();
   user.host->steps.push_back([&](Form& form) {
     auto& dialog = dynamic_cast<frmEditNVO&>(form);
-    EXPECT_EQ(dialog.chkSendOnDelta.Caption, "Send on Delta (LON)");
-    EXPECT_EQ(dialog.chkSendOnDelta.Value, 1);
-    EXPECT_EQ(dialog.txtSendOnDelta.Text, "0.5");
-    EXPECT_TRUE(dialog.txtSendOnDelta.Enabled);
-    EXPECT_EQ(dialog.lblMinCaption.Caption + "|" + dialog.lblMin.Caption, "Min Value:|-273.17");
-    EXPECT_EQ(dialog.lblMaxCaption.Caption + "|" + dialog.lblMax.Caption, "Max Value:|327.66");
-    EXPECT_EQ(dialog.txtValue.Text, "21.5");
-    EXPECT_EQ(dialog.cmdOk.Caption, "&Ok");
+    EXPECT_EQ(Shown(dialog),
+              "Send on Delta (LON)=1 [0.5] | Min Value: -273.17 | Max Value: 327.66 | 21.5 | &Ok");
     dialog.chkSendOnDelta.Value = 0;
     dialog.chkSendOnDelta_Click();
     EXPECT_FALSE(dialog.txtSendOnDelta.Enabled);
@@ -100,25 +87,25 @@ TEST_F(frmEditNVTest, OutputOptionsLoadWriteOnOkAndNotOnCancel) {
     dialog.cmdOk_Click();
     EXPECT_FALSE(dialog.Loaded());
   });
-  output->INetworkVariable_SetValue();
-  EXPECT_EQ(Options(*output), "0|2|Invalid");
-  EXPECT_TRUE(Globals::NeedSaveFlag);
-
-  flags.Clear();
   user.host->steps.push_back([&](Form& form) {
     auto& dialog = dynamic_cast<frmEditNVO&>(form);
-    EXPECT_EQ(dialog.chkSendOnDelta.Value, 0);
-    EXPECT_FALSE(dialog.txtSendOnDelta.Enabled);
-    EXPECT_EQ(dialog.txtSendOnDelta.Text, "2");
+    EXPECT_EQ(Shown(dialog),
+              "Send on Delta (LON)=0 [2] disabled | Min Value: -273.17 | "
+              "Max Value: 327.66 | Invalid | &Ok");
+    ClearFlags();
     dialog.chkSendOnDelta.Value = 1;
     dialog.txtSendOnDelta.Text = "9";
     dialog.txtValue.Text = "30";
     dialog.cmdCancel_Click();
     EXPECT_FALSE(dialog.Loaded());
   });
-  output->INetworkVariable_SetValue();
-  EXPECT_EQ(Options(*output), "0|2|Invalid");
-  EXPECT_FALSE(Globals::NeedSaveFlag);
+  for (const bool saved : {true, false}) {
+    output->INetworkVariable_SetValue();
+    EXPECT_EQ(std::to_string(output->SendOnDeltaEnabled()) + "|" + output->SendOnDelta() + "|" +
+                  output->INetworkVariable_Value(),
+              "0|2|Invalid");
+    EXPECT_EQ(Globals::NeedSaveFlag, saved);
+  }
 
   // A type without limits shows dashes.
   frmEditNVO dialog;
@@ -126,17 +113,18 @@ TEST_F(frmEditNVTest, OutputOptionsLoadWriteOnOkAndNotOnCancel) {
   occupancy->INetworkVariable_Value("OC_STANDBY");
   dialog.DataPoint(occupancy);
   dialog.Form_Load();
-  EXPECT_EQ(dialog.lblMin.Caption + "|" + dialog.lblMax.Caption, "---|---");
-  EXPECT_EQ(dialog.txtValue.Text, "OC_STANDBY");
+  EXPECT_EQ(
+      Shown(dialog),
+      "Send on Delta (LON)=0 [] disabled | Min Value: --- | Max Value: --- | OC_STANDBY | &Ok");
 }
 
 TEST_F(frmEditNVTest, InputOptionsWriteTheHeartbeatAsTheBoxIsClicked) {
   const auto input = Variable("temp_p", "In");
   user.host->steps.push_back([&](Form& form) {
     auto& dialog = dynamic_cast<frmEditNVI&>(form);
-    EXPECT_EQ(dialog.chkRcvHrtBt.Caption, "Enable Receive HeartBeat (LON)");
-    EXPECT_EQ(dialog.cmdOk.Caption, "&Ok");
-    EXPECT_EQ(dialog.chkRcvHrtBt.Value, 0);
+    EXPECT_EQ(dialog.chkRcvHrtBt.Caption + "=" + std::to_string(dialog.chkRcvHrtBt.Value) + " | " +
+                  dialog.cmdOk.Caption,
+              "Enable Receive HeartBeat (LON)=0 | &Ok");
     dialog.chkRcvHrtBt.Value = 1;
     dialog.chkRcvHrtBt_Click();
     EXPECT_TRUE(input->ReceiveHeartbeat());
@@ -161,8 +149,8 @@ TEST_F(frmEditNVTest, InputOptionsWriteTheHeartbeatAsTheBoxIsClicked) {
 TEST_F(frmEditNVTest, DataPointTakesOnlyNetworkVariables) {
   const auto lamp = Variable("switch", "In");
   const std::shared_ptr<IUnknown> field = lamp->INetworkVariable_Fields()->IFields_Item("1");
-  const auto owner = std::make_shared<test::FakeOwner>(2);
-  for (const auto& item : {field, std::shared_ptr<IUnknown>(owner), std::shared_ptr<IUnknown>()}) {
+  const std::shared_ptr<IUnknown> owner = std::make_shared<test::FakeOwner>(2);
+  for (const auto& item : {field, owner, std::shared_ptr<IUnknown>()}) {
     EXPECT_EQ(ErrorNumberOf([&] { frmEditNVO().DataPoint(item); }), 13);
     EXPECT_EQ(ErrorNumberOf([&] { frmEditNVI().DataPoint(item); }), 13);
   }
