@@ -1,5 +1,7 @@
 #include "profile/CProfile.h"
 
+#include "Kolvane.h"
+
 #include <filesystem>
 #include <limits>
 #include <unordered_set>

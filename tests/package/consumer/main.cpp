@@ -30,6 +30,23 @@ int main() {
   } catch (const kolvane::Error& error) {
     if (error.number() != 429) return 4;
   }
+  // A profile made and loaded through the exported surface only.
+  auto catalogue = std::make_shared<pugi::xml_document>();
+  catalogue->load_string(
+      "<SNVTS><SNVT_temp_p><NAME>temp_p</NAME><TYPE>SignedNumeric</TYPE><LENGTH>2</LENGTH>"
+      "<A_COEF>1</A_COEF><B_COEF>-2</B_COEF><C_COEF>0</C_COEF></SNVT_temp_p></SNVTS>");
+  auto document = std::make_shared<pugi::xml_document>();
+  document->load_string(
+      "<Profile><Name>Room</Name><NVs><nviTemp Type='temp_p' Direction='In' Key='P1'/></NVs>"
+      "</Profile>");
+  auto profile = kolvane::CreateProfile();
+  profile->Iprofile_SetXmlDomDocs(catalogue, nullptr);
+  std::string name;
+  profile->IProfile_FriendSet(document, name, nullptr, catalogue, nullptr, "");
+  auto variable = profile->IProfile_NVs()->INetworkVariables_Item("NV1");
+  if (name != "Room" || !variable) return 5;
+  variable->INetworkVariable_Value("21.5");
+  if (variable->INetworkVariable_RawValue() != "0866") return 6;
   std::cout << "consumer ok\n";
   return 0;
 }
