@@ -16,8 +16,9 @@ class KOLVANE_API frmCPModif2 final : public ValueDialog {
   void Form_Load() override;
   // Cuts a text longer than the type's length minus 1, with the "Name too long" message.
   void txtNewCPValue_Change();
-  // Escape restores the item's text, Enter is OK, Backspace is handled here, a blank becomes
-  // "_".
+  // Escape restores the item's text, Enter is OK, a blank becomes "_". Backspace is handled
+  // here: it removes the selection, or without one the character before the caret, and leaves
+  // the caret after the remaining text.
   void txtNewCPValue_KeyPress(int16_t& KeyAscii);
   // Writes the text into every item and closes.
   void cmdOk_Click();
