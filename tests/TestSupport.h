@@ -170,6 +170,30 @@ struct ScopedFormHost {
   std::shared_ptr<FormHost> previous;
 };
 
+// Types keys into box as a toolkit does: press sees each key and may change or drop it (0); a
+// kept printable key or Backspace edits the text (the selection, else the character before the
+// caret), then change runs. Returns the keys kept, as press left them.
+inline std::string TypeKeys(TextBox& box, const std::string& keys,
+                            const std::function<void(int16_t&)>& press,
+                            const std::function<void()>& change) {
+  std::string kept;
+  for (const char key : keys) {
+    int16_t code = static_cast<unsigned char>(key);
+    press(code);
+    if (code != 0) kept += static_cast<char>(code);
+    if (code == 0 || (code < ' ' && code != '\b')) continue;
+    const bool back = code == '\b';
+    const int32_t caret = std::min(box.SelStart, static_cast<int32_t>(box.Text.size()));
+    const int32_t start = caret - (back && box.SelLength == 0 && caret > 0 ? 1 : 0);
+    // The key as press left it replaces the selection; Backspace removes it.
+    box.Text.replace(start, caret + box.SelLength - start, std::string(!back, kept.back()));
+    box.SelStart = start + (back ? 0 : 1);
+    box.SelLength = 0;
+    change();
+  }
+  return kept;
+}
+
 // Stands for the network variable (item type 2) or configuration property (3) owning fields;
 // its global key is "G\" + name, its display key the name.
 class FakeOwner final : public ISubItemConnable, public IDisplayItem, public internal::FieldOwner {

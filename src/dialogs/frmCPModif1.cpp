@@ -20,6 +20,17 @@ bool IsDigit(int16_t key) { return key >= '0' && key <= '9'; }
 
 std::string Limit(const std::string& limit) { return limit.empty() ? "---" : limit; }
 
+// A number as the user types it, with the user's decimal separator.
+bool IsNumber(const std::string& text) {
+  const char separator = Globals::DecimalSeparator.empty() ? '.' : Globals::DecimalSeparator[0];
+  try {
+    ParseNumber(text, separator);
+    return true;
+  } catch (const Error&) {
+    return false;
+  }
+}
+
 }  // namespace
 
 void frmCPModif1::Form_Load() {
@@ -41,6 +52,10 @@ void frmCPModif1::Form_Load() {
   decimal_limit_ = is_float ? kFloatDecimals : (type ? std::max(0, -type->ISNVType_BCoef()) : 0);
   chkInvalid.Enabled = !is_float;
   chkInvalid.Value = !is_float && value == kInvalid ? 1 : 0;
+  // A dialog is shown again for the same item: nothing of an earlier run stays.
+  txtNewCPValue.Enabled = chkInvalid.Value == 0;
+  cmdOk.Enabled = chkInvalid.Value == 1 || IsNumber(txtNewCPValue.Text);
+  ActiveControl.clear();
   lblName.Caption = item.Name();
   SelectAll();
 }
@@ -71,22 +86,15 @@ void frmCPModif1::txtNewCPValue_KeyPress(int16_t& KeyAscii) {
   } else if (KeyAscii == '+' || KeyAscii == '-') {
     if (last != 'E') KeyAscii = 0;
   } else if (KeyAscii == separator) {
-    if (point != std::string::npos || exponent != std::string::npos) KeyAscii = 0;
+    if (decimal_limit_ == 0 || point != std::string::npos || exponent != std::string::npos) {
+      KeyAscii = 0;
+    }
   } else {
     KeyAscii = 0;
   }
 }
 
-void frmCPModif1::txtNewCPValue_Change() {
-  const char separator = Globals::DecimalSeparator.empty() ? '.' : Globals::DecimalSeparator[0];
-  bool well_formed = true;
-  try {
-    ParseNumber(txtNewCPValue.Text, separator);
-  } catch (const Error&) {
-    well_formed = false;
-  }
-  cmdOk.Enabled = well_formed;
-}
+void frmCPModif1::txtNewCPValue_Change() { cmdOk.Enabled = IsNumber(txtNewCPValue.Text); }
 
 void frmCPModif1::chkInvalid_Click() {
   if (chkInvalid.Value == 1) {
@@ -101,6 +109,11 @@ void frmCPModif1::chkInvalid_Click() {
 }
 
 void frmCPModif1::cmdOk_Click() {
+  // The mark was cleared over the text "Invalid": there is no number to write yet.
+  if (chkInvalid.Value != 1 && !IsNumber(txtNewCPValue.Text)) {
+    cmdOk.Enabled = false;
+    return;
+  }
   for (Item& item : items_) {
     if (chkInvalid.Value != 1 && !RangeCheck()) return;
     item.point.Value(chkInvalid.Value == 1

@@ -16,13 +16,15 @@ class KOLVANE_API frmCPModif1 final : public ValueDialog {
 
   // Shows the first item's value in display units with its unit and the type's limits.
   void Form_Load() override;
-  // Key filter: digits, signs, one decimal separator, one exponent; see the source.
+  // Key filter: digits, signs, one decimal separator (only for a type with decimals), one
+  // exponent; see the source.
   void txtNewCPValue_KeyPress(int16_t& KeyAscii);
   // OK is enabled exactly when the text is a well-formed number.
   void txtNewCPValue_Change();
   // Checked: the box shows "Invalid" and is disabled; cleared: the box is enabled again.
   void chkInvalid_Click();
-  // Checks the range and writes the value (in the type's unit) into every item, then closes.
+  // Checks the range and writes the value (in the type's unit) into every item, then closes;
+  // does nothing while the text is no number (the mark cleared over "Invalid").
   void cmdOk_Click();
   // Closes; an item opened from the structure dialog gets its value back.
   void cmdCancel_Click();

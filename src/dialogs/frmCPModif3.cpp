@@ -10,6 +10,7 @@ void frmCPModif3::Form_Load() {
   if (items_.empty()) return;
   auto& item = items_.front().point;
   lblName.Caption = item.Name();
+  selected_state_ = -1;
   cboEnum.List.clear();
   cboEnum.ItemData.clear();
   const auto type = item.SNVTType();

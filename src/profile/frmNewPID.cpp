@@ -12,11 +12,17 @@ constexpr size_t kEnterLength = 12;
 
 }  // namespace
 
-void frmNewPID::Form_Load() { txtNid.Text = initial_; }
+void frmNewPID::Form_Load() {
+  result_.clear();
+  txtNid.Text = initial_;
+}
 
 void frmNewPID::txtNid_Change() {
   const size_t first = txtNid.Text.find_first_not_of(' ');
   txtNid.Text.erase(0, first == std::string::npos ? txtNid.Text.size() : first);
+  const auto length = static_cast<int32_t>(txtNid.Text.size());
+  if (txtNid.SelStart > length) txtNid.SelStart = length;
+  if (txtNid.SelStart + txtNid.SelLength > length) txtNid.SelLength = length - txtNid.SelStart;
   cmdOk.Enabled = txtNid.Text.size() == kIdentifierLength;
   if (cmdOk.Enabled) ActiveControl = "cmdOk";
 }
