@@ -5,7 +5,7 @@
 namespace kolvane::internal {
 
 DataPoint::DataPoint(const std::shared_ptr<IUnknown>& item)
-    : object_(item), item_(std::dynamic_pointer_cast<DataPointItem>(item)) {
+    : item_(std::dynamic_pointer_cast<DataPointItem>(item)) {
   if (item_.expired()) {
     RaiseError(ErrorNumber::kTypeMismatch,
                "a dialog edits a network variable, a configuration property or a field");

@@ -33,13 +33,10 @@ class DataPoint {
   std::string Name() const { return Item()->DataPointName(); }
   std::shared_ptr<ISNVType> SNVTType() const { return Item()->DataPointType(); }
   std::shared_ptr<IFields> fields() const { return Item()->DataPointFields(); }
-  // The object handed in; nullptr once it is gone.
-  std::shared_ptr<IUnknown> object() const { return object_.lock(); }
 
  private:
   std::shared_ptr<DataPointItem> Item() const;
 
-  std::weak_ptr<IUnknown> object_;
   std::weak_ptr<DataPointItem> item_;
 };
 

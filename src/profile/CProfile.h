@@ -74,8 +74,6 @@ class CProfile final : public IProfile,
   std::string UniqueName(const std::string& name) const;
   // A new point key "P" + n, one above the highest in use.
   std::string NewPointKey();
-  // The NVO compatibility table handed in.
-  std::shared_ptr<pugi::xml_document> NvoTableDocument() const { return nvo_table_; }
 
  private:
   CProfile() = default;
