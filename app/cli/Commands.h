@@ -4,31 +4,64 @@
 #include <string>
 #include <vector>
 
-// The kolvane tool's commands. Each writes its result on out and problems on err, one line each,
-// and returns the exit status.
+#include "Session.h"
+
+// The kolvane tool's commands. Each writes its result on out and problems on err, one line
+// each, and returns the exit status (0 done, 1 failed or found errors).
 namespace kolvane::cli {
 
 // "kolvane types": the catalogue's types as a table.
 struct TypesOptions {
-  std::string catalogue;         // the catalogue file; the bundled one when empty
+  CommonOptions common;
   std::vector<std::string> ids;  // types to list; every type when empty
 };
 int RunTypes(const TypesOptions& options, std::ostream& out, std::ostream& err);
 
 // "kolvane raw": the raw bytes of a value of a type.
 struct RawOptions {
-  std::string catalogue;
+  CommonOptions common;
   std::string type;
   std::string value;
 };
 int RunRaw(const RawOptions& options, std::ostream& out, std::ostream& err);
 
-// "kolvane compat": the output types that connect to a type, by the NVO table.
+// "kolvane compat": the types a type connects to, by the NVO table.
 struct CompatOptions {
-  std::string catalogue;
-  std::string table;  // the NVO table file; the bundled one when empty
+  CommonOptions common;
   std::string type;
 };
 int RunCompat(const CompatOptions& options, std::ostream& out, std::ostream& err);
+
+// "kolvane show": every item with its texts, raw bytes and fields, then the counts.
+struct ShowOptions {
+  CommonOptions common;
+  std::string profile;  // the bundled example when empty
+};
+int RunShow(const ShowOptions& options, std::ostream& out, std::ostream& err);
+
+// "kolvane get": the value of one item or field.
+struct GetOptions {
+  CommonOptions common;
+  std::string profile;
+  std::string item;
+};
+int RunGet(const GetOptions& options, std::ostream& out, std::ostream& err);
+
+// "kolvane save": the values document, after setting values.
+struct SaveOptions {
+  CommonOptions common;
+  std::string profile;
+  std::string output;
+  std::vector<std::string> assignments;  // ITEM[.FIELD...]=VALUE
+  bool interoperability = false;
+};
+int RunSave(const SaveOptions& options, std::ostream& out, std::ostream& err);
+
+// "kolvane check": findings a device engineer fixes before commissioning.
+struct CheckOptions {
+  CommonOptions common;
+  std::string profile;
+};
+int RunCheck(const CheckOptions& options, std::ostream& out, std::ostream& err);
 
 }  // namespace kolvane::cli

@@ -1,5 +1,8 @@
+#include <sstream>
+
 #include "Commands.h"
 #include "Documents.h"
+#include "Json.h"
 #include "types/NvoTable.h"
 #include "types/SnvtCatalogue.h"
 
@@ -19,14 +22,31 @@ std::string Readable(const std::string& list) {
 }  // namespace
 
 int RunCompat(const CompatOptions& options, std::ostream& out, std::ostream& err) {
-  if (!UseCatalogue(options.catalogue, err)) return 1;
-  const auto table_document = ReadDocument(options.table, "nvotable.xml", "NVOTable", err);
+  if (!UseCatalogue(options.common.catalogue, err)) return 1;
+  const auto table_document = ReadDocument(options.common.nvo, "nvotable.xml", "NVOTable", err);
   if (!table_document) return 1;
   if (!internal::FindSnvtElement(options.type)) {
     err << "kolvane: error: no type SNVT_" << options.type << " in the catalogue\n";
     return 1;
   }
   const internal::NvoTable table(*table_document);
+  if (options.common.json) {
+    const auto list = [](const std::string& text) {
+      std::vector<std::string> ids;
+      std::istringstream tokens(text);
+      for (std::string id; std::getline(tokens, id, ',');) {
+        if (!id.empty()) ids.push_back(id);
+      }
+      return ids;
+    };
+    JsonWriter json(out);
+    json.BeginObject().Member("type", options.type).Key("outputs").BeginArray();
+    for (const auto& id : list(table.OutputsListing(options.type))) json.String(id);
+    json.EndArray().Key("inputs").BeginArray();
+    for (const auto& id : list(table.CompatibleTypes(options.type))) json.String(id);
+    json.EndArray().EndObject();
+    return 0;
+  }
   out << "Outputs an input of SNVT_" << options.type
       << " connects to: " << Readable(table.OutputsListing(options.type)) << '\n';
   out << "Inputs an output of SNVT_" << options.type

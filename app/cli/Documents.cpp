@@ -1,5 +1,13 @@
 #include "Documents.h"
 
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
 #include <filesystem>
 
 #include "XmlFile.h"
@@ -40,6 +48,38 @@ std::shared_ptr<pugi::xml_document> ReadDocument(const std::string& path,
     return nullptr;
   }
   return document;
+}
+
+bool WriteFileAtomically(const std::string& path, const std::string& text, std::ostream& err) {
+  const std::filesystem::path target(path);
+  const std::filesystem::path folder =
+      target.has_parent_path() ? target.parent_path() : std::filesystem::path(".");
+  std::string temporary = (folder / ("." + target.filename().string() + ".XXXXXX")).string();
+  const int fd = mkstemp(temporary.data());
+  if (fd < 0) {
+    err << "kolvane: error: " << path << ": cannot write (" << std::strerror(errno) << ")\n";
+    return false;
+  }
+  // mkstemp makes the file private; give it the permissions a new file gets.
+  const mode_t mask = umask(0);
+  umask(mask);
+  bool written = fchmod(fd, 0666 & ~mask) == 0;
+  for (size_t done = 0; written && done < text.size();) {
+    const ssize_t n = write(fd, text.data() + done, text.size() - done);
+    if (n < 0 && errno == EINTR) continue;
+    written = n > 0;
+    if (written) done += static_cast<size_t>(n);
+  }
+  written = written && fsync(fd) == 0;
+  const int saved_errno = errno;
+  close(fd);
+  if (!written || std::rename(temporary.c_str(), path.c_str()) != 0) {
+    err << "kolvane: error: " << path << ": cannot write ("
+        << std::strerror(written ? errno : saved_errno) << ")\n";
+    std::remove(temporary.c_str());
+    return false;
+  }
+  return true;
 }
 
 bool UseCatalogue(const std::string& path, std::ostream& err) {

@@ -21,6 +21,10 @@ std::shared_ptr<pugi::xml_document> ReadDocument(const std::string& path,
 // Reads the type catalogue (the bundled one when path is empty) and hands it to the library.
 bool UseCatalogue(const std::string& path, std::ostream& err);
 
+// Writes text to path through a temporary file in the same folder and a rename, so that the
+// file is either the old one or the whole new one; false after one error line on err.
+bool WriteFileAtomically(const std::string& path, const std::string& text, std::ostream& err);
+
 // The path ReadDocument reads for path and default_file.
 std::string DocumentPath(const std::string& path, const std::string& default_file);
 

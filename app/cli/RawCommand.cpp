@@ -1,5 +1,6 @@
 #include "Commands.h"
 #include "Documents.h"
+#include "Json.h"
 #include "conversion/SNVTDataConversion.h"
 #include "foundation/Error.h"
 #include "foundation/Globals.h"
@@ -9,7 +10,7 @@
 namespace kolvane::cli {
 
 int RunRaw(const RawOptions& options, std::ostream& out, std::ostream& err) {
-  if (!UseCatalogue(options.catalogue, err)) return 1;
+  if (!UseCatalogue(options.common.catalogue, err)) return 1;
   Globals::DetectDecimalSeparator();
   const std::string name = "SNVT_" + options.type;
   if (!internal::FindSnvtElement(options.type)) {
@@ -41,7 +42,13 @@ int RunRaw(const RawOptions& options, std::ostream& out, std::ostream& err) {
         << " bytes) has no raw form of its length; the conversion gave \"" << raw << "\"\n";
     return 1;
   }
-  out << raw << '\n';
+  if (options.common.json) {
+    JsonWriter json(out);
+    json.BeginObject().Member("type", options.type).Member("value", options.value);
+    json.Member("raw", raw).EndObject();
+  } else {
+    out << raw << '\n';
+  }
   return 0;
 }
 

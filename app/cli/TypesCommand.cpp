@@ -1,6 +1,7 @@
 #include "Commands.h"
 
 #include "Documents.h"
+#include "Json.h"
 #include "Table.h"
 #include "foundation/HostServices.h"
 #include "foundation/mXML.h"
@@ -45,19 +46,16 @@ std::string Bytes(const CSNVTType& type) {
 }  // namespace
 
 int RunTypes(const TypesOptions& options, std::ostream& out, std::ostream& err) {
-  if (!UseCatalogue(options.catalogue, err)) return 1;
-  const std::string path = DocumentPath(options.catalogue, "snvts.xml");
+  if (!UseCatalogue(options.common.catalogue, err)) return 1;
+  const std::string path = DocumentPath(options.common.catalogue, "snvts.xml");
 
   // Catalogue problems found while reading types are reported, not fatal.
-  const MessageBoxHandler previous = SetMessageBoxHandler(
-      [&err](const std::string& text, int32_t, const std::string&) {
-        err << "kolvane: warning: " << text << '\n';
-        return vbOK;
-      });
-
+  Session session(options.common, err);
   int status = 0;
   std::vector<std::string> ids = options.ids;
   if (ids.empty()) ids = internal::SnvtIdentifiers();
+  std::vector<CSNVTType> loaded;
+  loaded.reserve(ids.size());
   Table table({"ID", "Kind", "Bytes", "A,B,C", "Range", "Invalid", "Unit", "BACnet unit"});
   for (const std::string& id : ids) {
     if (!internal::FindSnvtElement(id)) {
@@ -65,7 +63,7 @@ int RunTypes(const TypesOptions& options, std::ostream& out, std::ostream& err) 
       status = 1;
       continue;
     }
-    CSNVTType type;
+    CSNVTType& type = loaded.emplace_back();
     type.Load(id);
     table.AddRow({type.ISNVType_ID(), type.ISNVType_GenType(),
                   Bytes(type), Coefficients(type), Range(type),
@@ -73,7 +71,30 @@ int RunTypes(const TypesOptions& options, std::ostream& out, std::ostream& err) 
                   type.ISNVType_BACnetUnits()},
                  Note(type));
   }
-  SetMessageBoxHandler(previous);
+  if (options.common.json) {
+    JsonWriter json(out);
+    json.BeginObject().Key("types").BeginArray();
+    for (const CSNVTType& type : loaded) {
+      json.BeginObject()
+          .Member("id", type.ISNVType_ID())
+          .Member("kind", type.ISNVType_GenType())
+          .Key("length").Number(type.ISNVType_Length())
+          .Key("a").Number(type.ISNVType_ACoef())
+          .Key("b").Number(type.ISNVType_BCoef())
+          .Key("c").Number(type.ISNVType_CCoef())
+          .Member("min", type.ISNVType_Min())
+          .Member("max", type.ISNVType_Max())
+          .Member("invalid", type.ISNVType_InvalidValue())
+          .Member("unit", type.ISNVType_Units())
+          .Member("bacnetUnit", type.ISNVType_BACnetUnits())
+          .Member("note", Note(type))
+          .EndObject();
+    }
+    json.EndArray();
+    WriteMessages(json, session.messages());
+    json.EndObject();
+    return status;
+  }
   table.Print(out);
   return status;
 }

@@ -1,4 +1,4 @@
-// kolvane: inspect LonWorks device profiles and type catalogues from the shell.
+// kolvane: inspect, check and edit LonWorks device profiles from the shell.
 
 #include <iostream>
 
@@ -6,43 +6,107 @@
 
 #include "Commands.h"
 
+namespace {
+
+using kolvane::cli::CommonOptions;
+
+constexpr int kUsageError = 2;
+
+void AddCommonOptions(CLI::App* command, CommonOptions& common, bool with_nvo) {
+  command->add_option("--catalogue", common.catalogue,
+                      "Type catalogue (snvts.xml); the bundled one by default");
+  if (with_nvo) {
+    command->add_option("--nvo,--table", common.nvo,
+                        "NVO compatibility table (nvotable.xml); the bundled one by default");
+  }
+  command->add_flag("--json", common.json, "Machine-readable output");
+  command->add_flag("-q,--quiet", common.quiet, "No warnings or progress on standard error");
+}
+
+void AddProfile(CLI::App* command, std::string& profile) {
+  command->add_option("PROFILE", profile, "Profile document; the bundled example by default");
+}
+
+}  // namespace
+
 int main(int argc, char** argv) {
-  CLI::App app{"Inspect LonWorks device profiles and their type catalogue.", "kolvane"};
+  CLI::App app{"Inspect, check and edit LonWorks device profiles.", "kolvane"};
   app.set_version_flag("--version", KOLVANE_VERSION);
   app.require_subcommand(1);
+  app.footer(
+      "Examples:\n"
+      "  kolvane show                           every item of the bundled example\n"
+      "  kolvane get profile.xml nciSetpoint    one value\n"
+      "  kolvane save profile.xml -o values.xml --set nciSetpoint=22.5\n"
+      "  kolvane check profile.xml              findings before commissioning\n"
+      "  kolvane raw temp_p 21.5                0866");
+
+  kolvane::cli::ShowOptions show;
+  CLI::App* show_command = app.add_subcommand(
+      "show", "Every network variable and configuration property: type, value, default, limits, "
+              "raw bytes, fields; then the counts.");
+  AddProfile(show_command, show.profile);
+  AddCommonOptions(show_command, show.common, true);
+
+  kolvane::cli::GetOptions get;
+  CLI::App* get_command = app.add_subcommand("get", "The value of an item or field.");
+  get_command->add_option("PROFILE", get.profile, "Profile document")->required();
+  get_command->add_option("ITEM", get.item, "Item, or item.field[.field...]")->required();
+  AddCommonOptions(get_command, get.common, true);
+
+  kolvane::cli::SaveOptions save;
+  CLI::App* save_command = app.add_subcommand(
+      "save", "Write the values document (stored or interoperability form), after setting values.");
+  save_command->add_option("PROFILE", save.profile, "Profile document")->required();
+  save_command->add_option("-o,--output", save.output, "Values document to write")->required();
+  save_command->add_option("--set", save.assignments, "ITEM[.FIELD...]=VALUE, applied in order");
+  save_command->add_flag("--interop", save.interoperability, "Interoperability form");
+  AddCommonOptions(save_command, save.common, true);
+
+  kolvane::cli::CheckOptions check;
+  CLI::App* check_command = app.add_subcommand(
+      "check", "Findings before commissioning: unknown types, structures that contain themselves, "
+               "values out of limits, missing defaults, duplicate names, outputs nothing accepts. "
+               "Exit status 1 when any is an error.");
+  AddProfile(check_command, check.profile);
+  AddCommonOptions(check_command, check.common, true);
 
   kolvane::cli::TypesOptions types;
   CLI::App* types_command =
       app.add_subcommand("types", "List the catalogue's types: kind, length, scaling, limits, "
                                   "units and enumeration states.");
-  types_command->add_option("--catalogue", types.catalogue,
-                            "Type catalogue (snvts.xml); the bundled one by default");
   types_command->add_option("ID", types.ids,
                             "Identifiers to list (the text after SNVT_); all when none");
+  AddCommonOptions(types_command, types.common, false);
 
   kolvane::cli::RawOptions raw;
   CLI::App* raw_command = app.add_subcommand(
       "raw", "Print the raw bytes (hexadecimal, most significant first) of a value of a type.");
-  raw_command->add_option("--catalogue", raw.catalogue, "Type catalogue; the bundled one by default");
   raw_command->add_option("TYPE", raw.type, "Type identifier, e.g. temp_p")->required();
   raw_command->add_option("VALUE", raw.value, "Value in the type's unit, e.g. 21.5, OC_OCCUPIED, Invalid")
       ->required();
+  AddCommonOptions(raw_command, raw.common, false);
 
   kolvane::cli::CompatOptions compat;
   CLI::App* compat_command = app.add_subcommand(
       "compat", "Print the types a type connects to according to the NVO compatibility table.");
-  compat_command->add_option("--catalogue", compat.catalogue,
-                             "Type catalogue; the bundled one by default");
-  compat_command->add_option("--table", compat.table,
-                             "NVO compatibility table (nvotable.xml); the bundled one by default");
   compat_command->add_option("TYPE", compat.type, "Type identifier, e.g. temp_p")->required();
+  AddCommonOptions(compat_command, compat.common, true);
 
-  CLI11_PARSE(app, argc, argv);
-
-  if (app.got_subcommand(types_command)) return kolvane::cli::RunTypes(types, std::cout, std::cerr);
-  if (app.got_subcommand(raw_command)) return kolvane::cli::RunRaw(raw, std::cout, std::cerr);
-  if (app.got_subcommand(compat_command)) {
-    return kolvane::cli::RunCompat(compat, std::cout, std::cerr);
+  try {
+    app.parse(argc, argv);
+  } catch (const CLI::ParseError& error) {
+    const int status = app.exit(error);
+    return status == 0 ? 0 : kUsageError;
   }
-  return 1;
+
+  using namespace kolvane::cli;
+  if (app.got_subcommand(show_command)) return RunShow(show, std::cout, std::cerr);
+  if (app.got_subcommand(get_command)) return RunGet(get, std::cout, std::cerr);
+  if (app.got_subcommand(save_command)) return RunSave(save, std::cout, std::cerr);
+  if (app.got_subcommand(check_command)) return RunCheck(check, std::cout, std::cerr);
+  if (app.got_subcommand(types_command)) return RunTypes(types, std::cout, std::cerr);
+  if (app.got_subcommand(raw_command)) return RunRaw(raw, std::cout, std::cerr);
+  if (app.got_subcommand(compat_command)) return RunCompat(compat, std::cout, std::cerr);
+  return kUsageError;
 }

@@ -1,0 +1,151 @@
+#include "Items.h"
+
+#include <algorithm>
+
+#include "conversion/ValueCodec.h"
+#include "fields/CField.h"
+#include "foundation/ContinueOnError.h"
+#include "foundation/Text.h"
+
+namespace kolvane::cli {
+
+namespace {
+
+size_t EditDistance(const std::string& a, const std::string& b) {
+  std::vector<size_t> row(b.size() + 1);
+  for (size_t j = 0; j <= b.size(); ++j) row[j] = j;
+  for (size_t i = 1; i <= a.size(); ++i) {
+    size_t diagonal = row[0];
+    row[0] = i;
+    for (size_t j = 1; j <= b.size(); ++j) {
+      const size_t above = row[j];
+      const bool same = ToLower(std::string(1, a[i - 1])) == ToLower(std::string(1, b[j - 1]));
+      row[j] = std::min({row[j] + 1, row[j - 1] + 1, diagonal + (same ? 0 : 1)});
+      diagonal = above;
+    }
+  }
+  return row[b.size()];
+}
+
+// "; did you mean "x" or "y"?" for the names closest to wanted.
+std::string Closest(const std::string& wanted, const std::vector<ItemRef>& items) {
+  std::vector<std::pair<size_t, std::string>> scored;
+  for (const ItemRef& item : items) {
+    const std::string name = item.path.substr(item.path.rfind('.') + 1);
+    scored.emplace_back(EditDistance(wanted, name), item.path);
+  }
+  std::stable_sort(scored.begin(), scored.end(),
+                   [](const auto& a, const auto& b) { return a.first < b.first; });
+  std::string text;
+  for (size_t i = 0; i < scored.size() && i < 3; ++i) {
+    if (scored[i].first > std::max<size_t>(3, wanted.size() / 2)) break;
+    text += (text.empty() ? "; did you mean \"" : "\" or \"") + scored[i].second;
+  }
+  return text.empty() ? "" : text + "\"?";
+}
+
+}  // namespace
+
+std::vector<ItemRef> TopItems(const IProfile& profile) {
+  std::vector<ItemRef> items;
+  for (const auto& nv : profile.IProfile_NVs()->INetworkVariables_NewEnum()) {
+    items.push_back({nv->INetworkVariable_Name(), nv->INetworkVariable_Direction() == 0 ? "in" : "out",
+                     nv, nv->INetworkVariable_SNVTType(), nv->INetworkVariable_Fields()});
+  }
+  for (const auto& cp : profile.IProfile_CPs()->IConfigProperties_NewEnum()) {
+    items.push_back({cp->IConfigProperty_Name(), "cp", cp, cp->IConfigProperty_SNVTType(),
+                     cp->IConfigProperty_Fields()});
+  }
+  return items;
+}
+
+std::vector<ItemRef> FieldsOf(const ItemRef& item) {
+  std::vector<ItemRef> fields;
+  if (!item.fields) return fields;
+  for (const auto& field : item.fields->IFields_NewEnum()) {
+    fields.push_back({item.path + "." + field->IField_Name(), "field", field,
+                      field->IField_SNVTType(), field->IField_Fields()});
+  }
+  return fields;
+}
+
+ItemRef FindItem(const IProfile& profile, const std::string& path, std::string& error) {
+  std::vector<ItemRef> candidates = TopItems(profile);
+  std::string rest = path;
+  std::string where = "the profile";
+  for (;;) {
+    const size_t dot = rest.find('.');
+    const std::string name = rest.substr(0, dot);
+    const auto found = std::find_if(candidates.begin(), candidates.end(), [&](const ItemRef& item) {
+      return item.path.substr(item.path.rfind('.') + 1) == name;
+    });
+    if (found == candidates.end()) {
+      error = "no item \"" + name + "\" in " + where + Closest(name, candidates);
+      return {};
+    }
+    if (dot == std::string::npos) return *found;
+    rest = rest.substr(dot + 1);
+    where = found->path;
+    candidates = FieldsOf(*found);
+  }
+}
+
+std::string ValueOf(const ItemRef& item) {
+  if (item.fields) {
+    return std::string(TrimBlanks(codec::StructureText(
+        *item.fields, [](const IField& field) { return field.IField_Value(); })));
+  }
+  if (auto nv = std::dynamic_pointer_cast<INetworkVariable>(item.object)) {
+    return nv->INetworkVariable_Value();
+  }
+  if (auto cp = std::dynamic_pointer_cast<IConfigProperty>(item.object)) {
+    return cp->IConfigProperty_Value();
+  }
+  return std::dynamic_pointer_cast<IField>(item.object)->IField_Value();
+}
+
+void SetValueOf(const ItemRef& item, const std::string& value) {
+  if (auto nv = std::dynamic_pointer_cast<INetworkVariable>(item.object)) {
+    nv->INetworkVariable_Value(value);
+    // A structure's fields take the text when its value is read.
+    if (item.fields) nv->INetworkVariable_Value();
+  } else if (auto cp = std::dynamic_pointer_cast<IConfigProperty>(item.object)) {
+    cp->IConfigProperty_Value(value);
+  } else if (auto field = std::dynamic_pointer_cast<IField>(item.object)) {
+    field->IField_Value(value);
+  }
+}
+
+std::string RawOf(const ItemRef& item) {
+  std::string raw;
+  ContinueOnError([&] {
+    if (auto nv = std::dynamic_pointer_cast<INetworkVariable>(item.object)) {
+      raw = nv->INetworkVariable_RawValue();
+    } else if (auto cp = std::dynamic_pointer_cast<IConfigProperty>(item.object)) {
+      raw = cp->IConfigProperty_RawValue();
+    } else if (auto field = std::dynamic_pointer_cast<CField>(item.object)) {
+      raw = field->RawText();
+    }
+  });
+  return raw;
+}
+
+std::vector<std::string> DisplayOf(const ItemRef& item) {
+  std::vector<std::string> texts(4);
+  ContinueOnError([&] {
+    if (auto nv = std::dynamic_pointer_cast<INetworkVariable>(item.object)) {
+      texts = {nv->INetworkVariable_DispValue(), nv->INetworkVariable_DispDefault(),
+               nv->INetworkVariable_DispMin(), nv->INetworkVariable_DispMax()};
+    } else if (auto cp = std::dynamic_pointer_cast<IConfigProperty>(item.object)) {
+      texts = {cp->IConfigProperty_DispValue(), cp->IConfigProperty_DispDefault(),
+               cp->IConfigProperty_DispMin(), cp->IConfigProperty_DispMax()};
+    } else if (auto field = std::dynamic_pointer_cast<IField>(item.object)) {
+      texts = {field->IField_DispValue(), field->IField_DispDefault(), field->IField_DispMin(),
+               field->IField_DispMax()};
+    }
+  });
+  for (std::string& text : texts) text = std::string(TrimBlanks(text));
+  return texts;
+}
+
+}  // namespace kolvane::cli

@@ -1,0 +1,289 @@
+#include <filesystem>
+#include <map>
+#include <set>
+#include <sstream>
+
+#include "Commands.h"
+#include "Documents.h"
+#include "Items.h"
+#include "Json.h"
+#include "Table.h"
+#include "conversion/ValueCodec.h"
+#include "foundation/Error.h"
+#include "foundation/Numbers.h"
+#include "types/SnvtCatalogue.h"
+#include "types/StructureDepth.h"
+
+namespace kolvane::cli {
+
+namespace {
+
+struct Counts {
+  int32_t inputs = 0;
+  int32_t outputs = 0;
+  int32_t properties = 0;
+};
+
+Counts CountItems(const IProfile& profile) {
+  return {profile.IProfile_NumberNVIs(), profile.IProfile_NumberNVOs(),
+          profile.IProfile_NumberCPs()};
+}
+
+std::string TypeName(const ItemRef& item) {
+  return item.type ? item.type->ISNVType_ID() : "";
+}
+
+void AddRows(Table& table, const ItemRef& item, const std::string& indent) {
+  const auto texts = DisplayOf(item);
+  // A structure's limits are its fields'.
+  const std::string limits = item.fields || (texts[2].empty() && texts[3].empty())
+                                 ? ""
+                                 : texts[2] + " .. " + texts[3];
+  table.AddRow({indent + item.path.substr(item.path.rfind('.') + 1), indent.empty() ? item.kind : "",
+                TypeName(item), texts[0], texts[1], limits, RawOf(item)});
+  for (const ItemRef& field : FieldsOf(item)) AddRows(table, field, indent + "  ");
+}
+
+void WriteItem(JsonWriter& json, const ItemRef& item) {
+  const auto texts = DisplayOf(item);
+  json.BeginObject()
+      .Member("name", item.path.substr(item.path.rfind('.') + 1))
+      .Member("kind", item.kind)
+      .Member("type", TypeName(item))
+      .Member("value", texts[0])
+      .Member("default", texts[1])
+      .Member("min", texts[2])
+      .Member("max", texts[3])
+      .Member("raw", RawOf(item));
+  const auto fields = FieldsOf(item);
+  if (!fields.empty()) {
+    json.Key("fields").BeginArray();
+    for (const ItemRef& field : fields) WriteItem(json, field);
+    json.EndArray();
+  }
+  json.EndObject();
+}
+
+void WriteCounts(JsonWriter& json, const Counts& counts) {
+  json.Key("counts")
+      .BeginObject()
+      .Key("inputs").Number(counts.inputs)
+      .Key("outputs").Number(counts.outputs)
+      .Key("properties").Number(counts.properties)
+      .EndObject();
+}
+
+// One finding of "check".
+struct Finding {
+  bool error;
+  std::string item;
+  std::string text;
+};
+
+// The first type that a structure type contains again below itself, or "".
+std::string SelfContained(const std::string& id, std::vector<std::string>& path) {
+  if (std::find(path.begin(), path.end(), id) != path.end()) return id;
+  if (static_cast<int>(path.size()) > kMaxStructureDepth) return "";
+  path.push_back(id);
+  for (pugi::xml_node field : internal::FindSnvtChild(id, "Fields").children()) {
+    if (field.type() != pugi::node_element) continue;
+    const std::string found = SelfContained(field.first_child().value(), path);
+    if (!found.empty()) return found;
+  }
+  path.pop_back();
+  return "";
+}
+
+// A finding for a number value outside the catalogue limits of its type.
+void CheckRange(const ItemRef& item, std::vector<Finding>& findings) {
+  if (!item.type || !codec::IsNumericKind(item.type->ISNVType_GenType())) return;
+  std::string value = ValueOf(item);
+  if (value.empty() || value == "Invalid") return;
+  if (const size_t comma = value.find(','); comma != std::string::npos) value[comma] = '.';
+  const std::string id = item.type->ISNVType_ID();
+  const std::string minimum = internal::SnvtChildText(id, "MIN");
+  const std::string maximum = internal::SnvtChildText(id, "MAX");
+  try {
+    const double number = ParseNumber(value);
+    if (!minimum.empty() && number < ParseNumber(minimum)) {
+      findings.push_back({true, item.path, "value " + value + " is below the minimum " + minimum});
+    } else if (!maximum.empty() && number > ParseNumber(maximum)) {
+      findings.push_back({true, item.path, "value " + value + " is above the maximum " + maximum});
+    }
+  } catch (const Error&) {
+    findings.push_back({true, item.path, "value \"" + value + "\" is not a number"});
+  }
+}
+
+void CheckItem(const ItemRef& item, std::vector<Finding>& findings) {
+  const std::string id = TypeName(item);
+  if (!item.type || item.type->ISNVType_GenType().empty()) {
+    if (!id.empty()) {
+      findings.push_back({true, item.path, "type SNVT_" + id + " is not in the catalogue"});
+    }
+    return;
+  }
+  if (item.kind != "field" && item.type->ISNVType_GenType() == "Struct") {
+    std::vector<std::string> path;
+    const std::string loop = SelfContained(id, path);
+    if (!loop.empty()) {
+      findings.push_back({true, item.path, "structure SNVT_" + loop + " contains itself"});
+    }
+  }
+  CheckRange(item, findings);
+  for (const ItemRef& field : FieldsOf(item)) CheckItem(field, findings);
+}
+
+}  // namespace
+
+int RunShow(const ShowOptions& options, std::ostream& out, std::ostream& err) {
+  Session session(options.common, err);
+  if (!session.Open()) return 1;
+  const auto profile = session.LoadProfile(options.profile);
+  if (!profile) return 1;
+  const auto items = TopItems(*profile);
+  const Counts counts = CountItems(*profile);
+  if (options.common.json) {
+    JsonWriter json(out);
+    json.BeginObject().Member("profile", profile->IProfile_Name()).Key("items").BeginArray();
+    for (const ItemRef& item : items) WriteItem(json, item);
+    json.EndArray();
+    WriteCounts(json, counts);
+    WriteMessages(json, session.messages());
+    json.EndObject();
+    return 0;
+  }
+  Table table({"Item", "Kind", "Type", "Value", "Default", "Limits", "Raw"});
+  for (const ItemRef& item : items) AddRows(table, item, "");
+  out << "Profile " << profile->IProfile_Name() << "\n\n";
+  table.Print(out);
+  out << "\n" << counts.inputs << " inputs, " << counts.outputs << " outputs, "
+      << counts.properties << " configuration properties\n";
+  return 0;
+}
+
+int RunGet(const GetOptions& options, std::ostream& out, std::ostream& err) {
+  Session session(options.common, err);
+  if (!session.Open()) return 1;
+  const auto profile = session.LoadProfile(options.profile);
+  if (!profile) return 1;
+  std::string error;
+  const ItemRef item = FindItem(*profile, options.item, error);
+  if (!item.object) {
+    err << "kolvane: error: " << error << '\n';
+    return 1;
+  }
+  const std::string value = ValueOf(item);
+  if (options.common.json) {
+    JsonWriter json(out);
+    json.BeginObject().Member("item", item.path).Member("type", TypeName(item));
+    json.Member("value", value).Member("raw", RawOf(item));
+    WriteMessages(json, session.messages());
+    json.EndObject();
+  } else {
+    out << value << '\n';
+  }
+  return 0;
+}
+
+int RunSave(const SaveOptions& options, std::ostream& out, std::ostream& err) {
+  Session session(options.common, err);
+  if (!session.Open()) return 1;
+  const auto profile = session.LoadProfile(options.profile);
+  if (!profile) return 1;
+  std::error_code ec;
+  if (std::filesystem::equivalent(options.output, session.profile_path(), ec)) {
+    err << "kolvane: error: " << options.output << ": will not write over the profile it read\n";
+    return 1;
+  }
+  for (const std::string& assignment : options.assignments) {
+    const size_t equals = assignment.find('=');
+    if (equals == std::string::npos) {
+      err << "kolvane: error: --set " << assignment << ": expected ITEM=VALUE\n";
+      return 1;
+    }
+    std::string error;
+    const ItemRef item = FindItem(*profile, assignment.substr(0, equals), error);
+    if (!item.object) {
+      err << "kolvane: error: " << error << '\n';
+      return 1;
+    }
+    const std::string value = assignment.substr(equals + 1);
+    SetValueOf(item, value);
+    const int32_t length = item.type ? item.type->ISNVType_Length() : 0;
+    if (RawOf(item).size() != 2 * static_cast<size_t>(length)) {
+      err << "kolvane: error: " << item.path << ": \"" << value << "\" does not fit SNVT_"
+          << TypeName(item) << " (" << length << " bytes)\n";
+      return 1;
+    }
+  }
+  pugi::xml_document values;
+  if (options.interoperability) {
+    profile->Iprofile_SaveValueForInteroperability(values, values);
+  } else {
+    profile->Iprofile_XmlSaveValue(values, values);
+  }
+  std::ostringstream text;
+  values.save(text, "  ", pugi::format_default, pugi::encoding_utf8);
+  if (!WriteFileAtomically(options.output, text.str(), err)) return 1;
+  if (options.common.json) {
+    JsonWriter json(out);
+    json.BeginObject().Member("written", options.output);
+    WriteMessages(json, session.messages());
+    json.EndObject();
+  }
+  return 0;
+}
+
+int RunCheck(const CheckOptions& options, std::ostream& out, std::ostream& err) {
+  CommonOptions quiet = options.common;
+  quiet.quiet = true;  // the loader's messages become findings
+  Session session(quiet, err);
+  if (!session.Open()) return 1;
+  const auto profile = session.LoadProfile(options.profile);
+  if (!profile) return 1;
+  std::vector<Finding> findings;
+  for (const Message& message : session.messages()) {
+    const bool error = message.text.find("has a bad type") != std::string::npos ||
+                       message.text.find("SNVT Type not defined") != std::string::npos;
+    const size_t colon = message.text.find(": ");
+    findings.push_back({error, colon == std::string::npos ? "" : message.text.substr(0, colon),
+                        colon == std::string::npos ? message.text : message.text.substr(colon + 2)});
+  }
+  std::map<std::string, int> names;
+  for (const ItemRef& item : TopItems(*profile)) {
+    if (++names[item.path] == 2) findings.push_back({true, item.path, "name used twice"});
+    CheckItem(item, findings);
+    const auto nv = std::dynamic_pointer_cast<INetworkVariable>(item.object);
+    if (nv && nv->INetworkVariable_Direction() == 1) {
+      const auto compatibles = nv->INetworkVariable_SNVTCompatibles();
+      if (!compatibles || compatibles->ICompatibleSNVTs_Count() == 0) {
+        findings.push_back({false, item.path, "output without compatible types"});
+      }
+    }
+  }
+  bool failed = false;
+  for (const Finding& finding : findings) failed = failed || finding.error;
+  if (options.common.json) {
+    JsonWriter json(out);
+    json.BeginObject().Key("findings").BeginArray();
+    for (const Finding& finding : findings) {
+      json.BeginObject()
+          .Member("severity", finding.error ? "error" : "warning")
+          .Member("item", finding.item)
+          .Member("text", finding.text)
+          .EndObject();
+    }
+    json.EndArray().Key("ok").Bool(!failed).EndObject();
+  } else {
+    for (const Finding& finding : findings) {
+      if (!finding.error && options.common.quiet) continue;
+      out << (finding.error ? "error: " : "warning: ") << finding.item << ": " << finding.text
+          << '\n';
+    }
+    if (findings.empty()) out << "no findings\n";
+  }
+  return failed ? 1 : 0;
+}
+
+}  // namespace kolvane::cli

@@ -1,0 +1,65 @@
+#include "Session.h"
+
+#include <unistd.h>
+
+#include "Documents.h"
+#include "Json.h"
+
+namespace kolvane::cli {
+
+namespace {
+
+// Progress shows from this many items on, every this many items.
+constexpr long kProgressStep = 500;
+
+}  // namespace
+
+Session::Session(const CommonOptions& options, std::ostream& err)
+    : options_(options), err_(err), progress_(!options.quiet && isatty(STDERR_FILENO) == 1) {
+  previous_boxes_ = SetMessageBoxHandler(
+      [this](const std::string& text, int32_t, const std::string& title) {
+        messages_.push_back({title.empty() ? "Kolvane" : title, text});
+        if (!options_.json && !options_.quiet) err_ << messages_.back().title << ": " << text << '\n';
+        return vbOK;
+      });
+  previous_yield_ = SetYieldHandler([this] {
+    ++items_seen_;
+    if (progress_ && items_seen_ % kProgressStep == 0) {
+      err_ << "\rloading: " << items_seen_ << " items" << std::flush;
+    }
+  });
+}
+
+Session::~Session() {
+  if (progress_ && items_seen_ >= kProgressStep) err_ << "\r\033[K" << std::flush;
+  SetMessageBoxHandler(std::move(previous_boxes_));
+  SetYieldHandler(std::move(previous_yield_));
+}
+
+bool Session::Open() {
+  catalogue_ = ReadDocument(options_.catalogue, "snvts.xml", "SNVTS", err_);
+  if (!catalogue_) return false;
+  nvo_table_ = ReadDocument(options_.nvo, "nvotable.xml", "NVOTable", err_);
+  return nvo_table_ != nullptr;
+}
+
+std::shared_ptr<IProfile> Session::LoadProfile(const std::string& path) {
+  profile_path_ = DocumentPath(path, "profile.xml");
+  profile_document_ = ReadDocument(path, "profile.xml", "Profile", err_);
+  if (!profile_document_) return nullptr;
+  auto profile = CreateProfile();
+  profile->Iprofile_SetXmlDomDocs(catalogue_, nvo_table_);
+  std::string name;
+  profile->IProfile_FriendSet(profile_document_, name, nullptr, catalogue_, nvo_table_, "");
+  return profile;
+}
+
+void WriteMessages(JsonWriter& json, const std::vector<Message>& messages) {
+  json.Key("messages").BeginArray();
+  for (const Message& message : messages) {
+    json.BeginObject().Member("title", message.title).Member("text", message.text).EndObject();
+  }
+  json.EndArray();
+}
+
+}  // namespace kolvane::cli

@@ -1,0 +1,67 @@
+#pragma once
+
+#include <memory>
+#include <ostream>
+#include <string>
+#include <vector>
+
+#include <pugixml.hpp>
+
+#include "Kolvane.h"
+
+namespace kolvane::cli {
+
+// Options every command takes.
+struct CommonOptions {
+  std::string catalogue;  // snvts.xml; the bundled one when empty
+  std::string nvo;        // nvotable.xml; the bundled one when empty
+  bool json = false;      // machine-readable output
+  bool quiet = false;     // no warnings or progress on stderr
+};
+
+// A message box the library showed while the command ran.
+struct Message {
+  std::string title;
+  std::string text;
+};
+
+// The library as a host drives it: documents handed in, message boxes turned into lines on
+// stderr ("Title: text") or collected for JSON, progress on a terminal driven by the yield hook.
+class Session {
+ public:
+  Session(const CommonOptions& options, std::ostream& err);
+  ~Session();
+  Session(const Session&) = delete;
+  Session& operator=(const Session&) = delete;
+
+  // Reads the catalogue and the NVO table; false (after one error line) when either fails.
+  bool Open();
+  // Reads and loads a profile (the bundled example when path is empty); nullptr after one error
+  // line when the file cannot be read.
+  std::shared_ptr<IProfile> LoadProfile(const std::string& path);
+
+  const std::vector<Message>& messages() const { return messages_; }
+  const std::shared_ptr<pugi::xml_document>& catalogue() const { return catalogue_; }
+  const std::shared_ptr<pugi::xml_document>& nvo_table() const { return nvo_table_; }
+  // The path of the profile loaded last.
+  const std::string& profile_path() const { return profile_path_; }
+
+ private:
+  const CommonOptions& options_;
+  std::ostream& err_;
+  std::vector<Message> messages_;
+  std::shared_ptr<pugi::xml_document> catalogue_;
+  std::shared_ptr<pugi::xml_document> nvo_table_;
+  std::shared_ptr<pugi::xml_document> profile_document_;
+  std::string profile_path_;
+  MessageBoxHandler previous_boxes_;
+  YieldHandler previous_yield_;
+  long items_seen_ = 0;
+  bool progress_ = false;
+};
+
+// Writes the collected messages as a JSON array member "messages".
+class JsonWriter;
+void WriteMessages(JsonWriter& json, const std::vector<Message>& messages);
+
+}  // namespace kolvane::cli
