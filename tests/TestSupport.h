@@ -1,6 +1,6 @@
 #pragma once
 
-// Fixture helpers shared by the unit tests.
+// Fixture helpers shared by the unit tests; the public API (Kolvane.h) comes with them.
 
 #include <gtest/gtest.h>
 #include <unistd.h>
@@ -15,19 +15,17 @@
 #include <sstream>
 #include <string>
 #include <tuple>
+#include <type_traits>
 #include <vector>
 
 #include <pugixml.hpp>
 
-#include "dialogs/Form.h"
 #include "fields/CField.h"
 #include "fields/CFields.h"
-#include "foundation/Error.h"
 #include "foundation/Globals.h"
-#include "foundation/HostServices.h"
 #include "foundation/ProfileOwner.h"
+#include "Kolvane.h"
 #include "host/BuiltInComponents.h"
-#include "interfaces/IUnitConverter.h"
 #include "types/CSNVTType.h"
 
 namespace kolvane::test {
@@ -35,6 +33,7 @@ namespace kolvane::test {
 // The bundled type catalogue and NVO table.
 inline constexpr char kBundledCatalogue[] = KOLVANE_SOURCE_DIR "/examples/snvts.xml";
 inline constexpr char kBundledNvoTable[] = KOLVANE_SOURCE_DIR "/examples/nvotable.xml";
+inline constexpr char kBundledProfile[] = KOLVANE_SOURCE_DIR "/examples/profile.xml";
 // Why a test that needs the decimal-comma locale fails without it.
 inline constexpr char kMissingLocale[] = "locale de_DE.UTF-8 is missing: run scripts/setup.sh";
 
@@ -51,24 +50,36 @@ int32_t ErrorNumberOf(F&& f) {
   return 0;
 }
 
-// Makes an XML text (or the file at that path), comments kept, the type catalogue while alive.
+// The whole file as text.
+inline std::string FileText(const std::string& path) {
+  std::ifstream file(path, std::ios::binary);
+  return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+}
+
+// An XML text (or the file at that path) parsed with its comments.
+inline std::shared_ptr<pugi::xml_document> Parsed(const std::string& xml, bool is_path = false) {
+  auto document = std::make_shared<pugi::xml_document>();
+  const unsigned options = pugi::parse_default | pugi::parse_comments;
+  const auto result = is_path ? document->load_file(xml.c_str(), options)
+                              : document->load_string(xml.c_str(), options);
+  EXPECT_TRUE(result) << result.description() << ": " << xml;
+  return document;
+}
+
+// Makes an XML text (or the file at that path) the type catalogue while alive.
 struct ScopedCatalogue {
-  explicit ScopedCatalogue(const std::string& xml, bool is_path = false) {
-    const unsigned options = pugi::parse_default | pugi::parse_comments;
-    const auto result = is_path ? document->load_file(xml.c_str(), options)
-                                : document->load_string(xml.c_str(), options);
-    EXPECT_TRUE(result) << result.description();
+  explicit ScopedCatalogue(const std::string& xml, bool is_path = false)
+      : document(Parsed(xml, is_path)) {
     HandIn();
   }
   ~ScopedCatalogue() { Globals::SetSnvtCatalogDocument(nullptr); }
   void HandIn() { Globals::SetSnvtCatalogDocument(document); }
-  const std::shared_ptr<pugi::xml_document> document = std::make_shared<pugi::xml_document>();
+  const std::shared_ptr<pugi::xml_document> document;
 };
 
 // The bundled catalogue's text with extra type elements added at its end.
 inline std::string BundledCatalogueWith(const std::string& extra_types) {
-  std::ifstream file(kBundledCatalogue, std::ios::binary);
-  std::string text((std::istreambuf_iterator<char>(file)), std::istreambuf_iterator<char>());
+  std::string text = FileText(kBundledCatalogue);
   text.insert(text.rfind("</SNVTS>"), extra_types);
   return text;
 }
@@ -78,6 +89,14 @@ inline std::shared_ptr<CSNVTType> TypeOf(const std::string& identifier) {
   auto type = std::make_shared<CSNVTType>();
   type->Load(identifier);
   return type;
+}
+
+// A state of an enumeration.
+inline std::shared_ptr<iState> StateOf(int16_t value, const std::string& name) {
+  auto state = std::make_shared<CState>();
+  state->iState_Value(value);
+  state->iState_Name(name);
+  return state;
 }
 
 // Records the message boxes (text, style, title) shown while alive, answering `answer`.
@@ -293,11 +312,7 @@ class CatalogueFixture : public ::testing::Test {
 
   // The element xml (comments kept), alive as long as the fixture.
   pugi::xml_node Element(const std::string& xml) {
-    pugi::xml_document& document = documents.emplace_back();
-    const auto result =
-        document.load_string(xml.c_str(), pugi::parse_default | pugi::parse_comments);
-    EXPECT_TRUE(result) << result.description() << ": " << xml;
-    return document.document_element();
+    return documents.emplace_back(Parsed(xml))->document_element();
   }
 
   const bool need_save = Globals::NeedSaveFlag;
@@ -305,7 +320,7 @@ class CatalogueFixture : public ::testing::Test {
   MessageBoxRecorder boxes;
   ScopedDecimalSeparator point{"."};
   ScopedCatalogue catalogue{kBundledCatalogue, true};
-  std::deque<pugi::xml_document> documents;
+  std::vector<std::shared_ptr<pugi::xml_document>> documents;
 };
 
 // item, which must not be null: a null one ends the test as failed (by an exception).
@@ -313,6 +328,78 @@ template <class Pointer>
 Pointer NotNull(Pointer item, const std::string& what = "") {
   if (!item) throw std::runtime_error("unexpected null " + what);
   return item;
+}
+
+// A CatalogueFixture that also has the bundled NVO table and restores the profile document.
+class ProfileFixture : public CatalogueFixture {
+ protected:
+  ~ProfileFixture() override { Globals::ProfileDocument = profile_document; }
+
+  // A new profile with the bundled documents handed in ("." again as decimal separator).
+  std::shared_ptr<IProfile> NewProfile() {
+    auto profile = CreateProfile();
+    Globals::DecimalSeparator = ".";
+    Globals::AlternateSeparator = ",";
+    profile->Iprofile_SetXmlDomDocs(catalogue.document, nvo_table);
+    return profile;
+  }
+
+  // profile loaded (again) from a profile document; its name is read from the document.
+  std::shared_ptr<IProfile> Load(std::shared_ptr<IProfile> profile, const std::string& xml,
+                                 bool is_path = true) {
+    documents.push_back(Parsed(xml, is_path));
+    std::string name;
+    profile->IProfile_FriendSet(documents.back(), name, nullptr, catalogue.document, nvo_table, "");
+    return profile;
+  }
+  std::shared_ptr<IProfile> Loaded(const std::string& xml = kBundledProfile, bool is_path = true) {
+    return Load(NewProfile(), xml, is_path);
+  }
+
+  const std::shared_ptr<pugi::xml_document> profile_document = Globals::ProfileDocument;
+  const std::shared_ptr<pugi::xml_document> nvo_table = Parsed(kBundledNvoTable, true);
+};
+
+// Stands for the host object that owns a profile.
+class FakeHost final : public IUnknown {};
+
+// The network variable called name, or nullptr.
+inline std::shared_ptr<INetworkVariable> NvNamed(const IProfile& profile, const std::string& name) {
+  for (const auto& variable : profile.IProfile_NVs()->INetworkVariables_NewEnum()) {
+    if (variable->INetworkVariable_Name() == name) return variable;
+  }
+  return nullptr;
+}
+
+// The configuration property called name, or nullptr.
+inline std::shared_ptr<IConfigProperty> CpNamed(const IProfile& profile, const std::string& name) {
+  for (const auto& property : profile.IProfile_CPs()->IConfigProperties_NewEnum()) {
+    if (property->IConfigProperty_Name() == name) return property;
+  }
+  return nullptr;
+}
+
+// The identifiers of a compatible list joined by ",", read without the utility; "(none)" for no
+// list.
+inline std::string Identifiers(const std::shared_ptr<ICompatibleSNVTs>& list) {
+  if (!list) return "(none)";
+  std::string text;
+  for (const auto& entry : list->ICompatibleSNVTs_NewEnum()) {
+    text += (text.empty() ? "" : ",") + entry->ICompatibleSNVT_ID();
+  }
+  return text;
+}
+
+// "value | default | min | max" display texts of an item.
+template <class Item>
+std::string DisplayTexts(const Item& item) {
+  if constexpr (std::is_base_of_v<INetworkVariable, Item>) {
+    return item.INetworkVariable_DispValue() + " | " + item.INetworkVariable_DispDefault() + " | " +
+           item.INetworkVariable_DispMin() + " | " + item.INetworkVariable_DispMax();
+  } else {
+    return item.IConfigProperty_DispValue() + " | " + item.IConfigProperty_DispDefault() + " | " +
+           item.IConfigProperty_DispMin() + " | " + item.IConfigProperty_DispMax();
+  }
 }
 
 }  // namespace kolvane::test

@@ -2,7 +2,7 @@
 
 #include "../TestSupport.h"
 
-namespace kolvane {
+namespace kolvane::test {
 namespace {
 
 using namespace SNVTDataConversion;
@@ -20,7 +20,7 @@ struct RawCase {
 };
 
 void ExpectRaw(const std::vector<RawCase>& cases, const std::string& separator) {
-  test::ScopedDecimalSeparator decimal(separator);
+  ScopedDecimalSeparator decimal(separator);
   for (const auto& [value, kind, length, hex, a, b, c] : cases) {
     EXPECT_EQ(ValueToRaw(value, kind, length, a, b, c), hex)
         << '"' << value << "\" " << kind << " " << length << " " << a << "," << b << "," << c
@@ -35,7 +35,7 @@ TEST(SNVTDataConversionTest, TheFirstPointOrElseTheFirstCommaBecomesTheSeparator
       {",", "12.5", "12,5"},   {",", "12,5", "12,5"},       {",", "1,234.5", "1,234,5"},
       {",", "1.2.3", "1,2.3"}, {",", "abc", "abc"}};
   for (const auto& [separator, in, out] : cases) {
-    test::ScopedDecimalSeparator decimal(separator);
+    ScopedDecimalSeparator decimal(separator);
     EXPECT_EQ(NormalizeDecimal(in), out) << in << " with " << separator;
     EXPECT_EQ(LocalizeNumber(in), out) << in << " with " << separator;
   }
@@ -109,7 +109,7 @@ TEST(SNVTDataConversionTest, OtherKindsReadEitherSeparator) {
 }
 
 TEST(SNVTDataConversionTest, EnumerationsTakeTheUtilitysStateNumber) {
-  test::ScopedCatalogue catalogue(test::kBundledCatalogue, true);
+  ScopedCatalogue catalogue(kBundledCatalogue, true);
   ExpectRaw({{"OC_UNOCCUPIED", "Enum", 1, "01"},
              {"oc_unoccupied", "Enum", 1, "01"},
              {"OC_NUL", "Enum", 1, "FF"},
@@ -119,14 +119,14 @@ TEST(SNVTDataConversionTest, EnumerationsTakeTheUtilitysStateNumber) {
              {"nope", "Enum", 1, ""}},
             ".");
   {
-    test::ScopedComponent none("Moraface.Utility", {});
+    ScopedComponent none("Moraface.Utility", {});
     EXPECT_EQ(ValueToRaw("OC_UNOCCUPIED", "Enum", 1, 0, 0, 0), "");
   }
   EXPECT_EQ(ValueToRaw("OC_UNOCCUPIED", "Enum", 1, 0, 0, 0), "01");  // built-in restored
 }
 
 TEST(SNVTDataConversionTest, NumberToHexBytesAndSwapBytePairs) {
-  test::ScopedDecimalSeparator decimal(".");
+  ScopedDecimalSeparator decimal(".");
   const std::tuple<const char*, int32_t, const char*, const char*> cases[] = {
       {"300", 1, kU, "FF"},         {"1.5", 1, "Enum", "02"}, {"2.5", 1, "Enum", "02"},
       {"x", 2, kU, "0000"},         {"5", 3, kU, ""},         {"1.5", 4, "Float", "3FC00000"},
@@ -145,4 +145,4 @@ TEST(SNVTDataConversionTest, NumberToHexBytesAndSwapBytePairs) {
 }
 
 }  // namespace
-}  // namespace kolvane
+}  // namespace kolvane::test

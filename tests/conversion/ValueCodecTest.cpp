@@ -1,16 +1,9 @@
 #include "conversion/ValueCodec.h"
 
-#include "types/CState.h"
-#include "types/CStates.h"
-#include "types/CTypeOverride.h"
-
 #include "../TestSupport.h"
 
-namespace kolvane {
+namespace kolvane::test {
 namespace {
-
-using test::ErrorNumberOf;
-using test::TypeOf;
 
 // Shows every conversion, so that display units and the type's own units tell apart.
 class MarkingConverter final : public IUnitConverter {
@@ -34,9 +27,7 @@ std::shared_ptr<ITypeOverride> Override(const std::string& type,
   result->ITypeOverride_OverridingType(type);
   auto set = std::make_shared<CStates>();
   for (auto& [value, name] : states) {
-    std::shared_ptr<iState> state = std::make_shared<CState>();
-    state->iState_Value(value);
-    state->iState_Name(name);
+    auto state = StateOf(value, name);
     set->IStates_Add(state);
   }
   result->ITypeOverride_States(set);
@@ -50,7 +41,7 @@ std::string Texts(const codec::ItemTexts& item) {
          codec::DisplayLimit(item, true);
 }
 
-using ValueCodecTest = test::CatalogueFixture;
+using ValueCodecTest = CatalogueFixture;
 
 TEST_F(ValueCodecTest, NumbersShowInDisplayUnitsAndDefaultsInTheirOwn) {
   // The limits shown are the converter's, not the item's own 5 and 30.
@@ -58,7 +49,7 @@ TEST_F(ValueCodecTest, NumbersShowInDisplayUnitsAndDefaultsInTheirOwn) {
       "21.5", "20.5", "5", "30", TypeOf("temp_p"), nullptr, std::make_shared<MarkingConverter>()};
   EXPECT_EQ(Texts(item), "21.5|[21.5] °F|20.5 °C|min-temp_p °F|max-temp_p °F");
   {
-    test::ScopedDecimalSeparator comma(",");
+    ScopedDecimalSeparator comma(",");
     EXPECT_EQ(Texts(item), "21,5|[21,5] °F|20,5 °C|min-temp_p °F|max-temp_p °F");
     item.value = "12,5";
     EXPECT_EQ(codec::DisplayValue(item), "[12,5] °F");
@@ -77,7 +68,7 @@ TEST_F(ValueCodecTest, NumbersShowInDisplayUnitsAndDefaultsInTheirOwn) {
 }
 
 TEST_F(ValueCodecTest, OtherKindsAndStructures) {
-  test::ScopedDecimalSeparator comma(",");
+  ScopedDecimalSeparator comma(",");
   // An enumeration shows as stored and its default by name; other limits are localised.
   const codec::ItemTexts state{" OC_BYPASS ",       "1",     " 0.5 ", "3",
                                TypeOf("occupancy"), nullptr, nullptr};
@@ -92,9 +83,9 @@ TEST_F(ValueCodecTest, OtherKindsAndStructures) {
   EXPECT_EQ(ErrorNumberOf([&] { codec::PlainValue(empty); }), 91);
 
   // The state shows no limit: its blanks stay inside the braces.
-  test::ScopedDecimalSeparator point(".");
-  const auto owner = std::make_shared<test::FakeOwner>(3);
-  const auto fields = test::BuildFields(owner, "switch", "{ 12.5  TOGGLE_ON }");
+  ScopedDecimalSeparator point(".");
+  const auto owner = std::make_shared<FakeOwner>(3);
+  const auto fields = BuildFields(owner, "switch", "{ 12.5  TOGGLE_ON }");
   const codec::ItemTexts lamp{"", "", "", "", TypeOf("switch"), fields, nullptr};
   EXPECT_EQ(Texts(lamp),
             "{ 12.5  TOGGLE_ON }|{ 12.5 %  TOGGLE_ON }|{ 0 %  TOGGLE_OFF }|"
@@ -106,12 +97,12 @@ TEST_F(ValueCodecTest, PointRecordInBothForms) {
                             120,  45.5,        3,        nullptr, nullptr,  {}};
   pugi::xml_document document;
   pugi::xml_node parent = document.append_child("Points");
-  EXPECT_EQ(test::XmlText(codec::WritePointRecord(document, parent, record, false)),
+  EXPECT_EQ(XmlText(codec::WritePointRecord(document, parent, record, false)),
             R"(<ApPoint Key="P7" Name="nciSet" Direction="In" Type="temp_p" Value="21.5" )"
             R"(Permanent="1"><ExtendedInfo Location="120;45.5" ExportIndex="3"/></ApPoint>)");
-  test::ScopedDecimalSeparator comma(",");
+  ScopedDecimalSeparator comma(",");
   record.type_override = Override("temp_f", {{0, "IGNORED"}});
-  EXPECT_EQ(test::XmlText(codec::WritePointRecord(document, parent, record, true)),
+  EXPECT_EQ(XmlText(codec::WritePointRecord(document, parent, record, true)),
             R"(<ApPoint Key="P7" ItemKey="G\nciSet" Name="nciSet" Direction="In" Type="temp_p" )"
             R"(Value="21.5" Permanent="1"><ExtendedInfo Location="120;45,5" ExportIndex="3">)"
             R"(<TypeOverride Type="temp_f"/></ExtendedInfo></ApPoint>)");
@@ -119,12 +110,12 @@ TEST_F(ValueCodecTest, PointRecordInBothForms) {
 }
 
 TEST_F(ValueCodecTest, OverridesOfTheItemAndOfNestedFields) {
-  const auto owner = std::make_shared<test::FakeOwner>(3);
-  const auto fields = test::BuildFields(owner, "40003");
+  const auto owner = std::make_shared<FakeOwner>(3);
+  const auto fields = BuildFields(owner, "40003");
   const auto occupancy = Override("occupancy", {{0, "OC_OCCUPIED"}, {1, "OC_UNOCCUPIED"}});
-  test::FieldAt(fields, "fan_mode")->IOverridableItem_TypeOverride(Override("lev_percent", {}));
-  test::FieldAt(fields, "room.space_temp")->IOverridableItem_TypeOverride(Override("temp_f", {}));
-  test::FieldAt(fields, "room.fan.state")->IOverridableItem_TypeOverride(occupancy);
+  FieldAt(fields, "fan_mode")->IOverridableItem_TypeOverride(Override("lev_percent", {}));
+  FieldAt(fields, "room.space_temp")->IOverridableItem_TypeOverride(Override("temp_f", {}));
+  FieldAt(fields, "room.fan.state")->IOverridableItem_TypeOverride(occupancy);
 
   codec::PointRecord record{"K", "", "nciRoom", "In",      "40003", "{}",
                             0,   0,  0,         occupancy, fields,  {}};
@@ -135,7 +126,7 @@ TEST_F(ValueCodecTest, OverridesOfTheItemAndOfNestedFields) {
       R"(<States><State Value="0" Name="OC_OCCUPIED"/><State Value="1" Name="OC_UNOCCUPIED"/>)"
       R"(</States>)";
   EXPECT_EQ(
-      test::XmlText(point.child("ExtendedInfo")),
+      XmlText(point.child("ExtendedInfo")),
       R"(<ExtendedInfo Location="0;0" ExportIndex="0">)"
       R"(<TypeOverride Type="occupancy">)" +
           states + "</TypeOverride>" +
@@ -148,4 +139,4 @@ TEST_F(ValueCodecTest, OverridesOfTheItemAndOfNestedFields) {
 }
 
 }  // namespace
-}  // namespace kolvane
+}  // namespace kolvane::test

@@ -1,16 +1,11 @@
 #include "cp/CConfigProperty.h"
 
 #include "cp/CConfigProperties.h"
-#include "dialogs/ValueDialog.h"
-#include "interfaces/IScheduleEditor.h"
 
 #include "../TestSupport.h"
 
-namespace kolvane {
+namespace kolvane::test {
 namespace {
-
-using test::Boxes;
-using test::DefaultBox;
 
 // Schedule types the bundled catalogue lacks.
 constexpr char kScheduleTypes[] = R"(
@@ -45,20 +40,20 @@ std::string Place(const IConfigProperty& property) {
 }
 
 // The bundled catalogue plus the schedule types, a collection owned by a fake profile.
-class CConfigPropertyTest : public test::CatalogueFixture {
+class CConfigPropertyTest : public CatalogueFixture {
  protected:
   CConfigPropertyTest() { properties.SetProfile(profile); }
 
   // Adds the property written as one element (named after the property) to the collection.
   std::shared_ptr<CConfigProperty> Add(const std::string& xml) {
     const pugi::xml_node root = Element(xml);
-    return test::NotNull(std::dynamic_pointer_cast<CConfigProperty>(
-                             properties.IConfigProperties_AddCP(root.name(), nullptr, root)),
-                         xml);
+    return NotNull(std::dynamic_pointer_cast<CConfigProperty>(
+                       properties.IConfigProperties_AddCP(root.name(), nullptr, root)),
+                   xml);
   }
 
-  test::ScopedCatalogue schedules{test::BundledCatalogueWith(kScheduleTypes)};
-  std::shared_ptr<test::FakeProfile> profile = std::make_shared<test::FakeProfile>();
+  ScopedCatalogue schedules{BundledCatalogueWith(kScheduleTypes)};
+  std::shared_ptr<FakeProfile> profile = std::make_shared<FakeProfile>();
   CConfigProperties properties;
 };
 
@@ -82,21 +77,18 @@ TEST_F(CConfigPropertyTest, LoadsBoundsAndDefaultsAndAssumesMissingDefaults) {
   EXPECT_EQ(mode->IConfigProperty_Value() + "/" + bits->IConfigProperty_Value(), "0/0");
   for (const auto& assumed : {flt, text, mode, bits}) EXPECT_TRUE(assumed->DefaultWarning());
   EXPECT_FALSE(setpoint->DefaultWarning() || limit->DefaultWarning());
-  EXPECT_FALSE(setpoint->IConfigProperty_Mandatory());
-  EXPECT_EQ(setpoint->IConfigProperty_RawValue(), "0866");
-  EXPECT_EQ(setpoint->Profile(), profile);
 
   // An enumeration keeps the bounds of its element.
   boxes.boxes.clear();
   const auto bypass =
       Add("<nciBypass><SNVTType>occupancy</SNVTType><Default>OC_BYPASS</Default><Min>1.5</Min>"
           "<Max>3</Max></nciBypass>");
-  EXPECT_TRUE(boxes.boxes.empty());
-  EXPECT_FALSE(bypass->DefaultWarning());
+  EXPECT_TRUE(boxes.boxes.empty() && !bypass->DefaultWarning());
   EXPECT_EQ(bypass->IConfigProperty_RawValue(), "02");
-  test::ScopedDecimalSeparator comma{","};
-  EXPECT_EQ(bypass->IConfigProperty_DispValue(), "OC_BYPASS");
-  EXPECT_EQ(bypass->IConfigProperty_DispMin() + "|" + bypass->IConfigProperty_DispMax(), "1,5|3");
+  ScopedDecimalSeparator comma{","};
+  EXPECT_EQ(bypass->IConfigProperty_DispValue() + "|" + bypass->IConfigProperty_DispMin() + "|" +
+                bypass->IConfigProperty_DispMax(),
+            "OC_BYPASS|1,5|3");
 }
 
 TEST_F(CConfigPropertyTest, MissingTypeWarnsOnceAndStillLoads) {
@@ -112,7 +104,6 @@ TEST_F(CConfigPropertyTest, MissingTypeWarnsOnceAndStillLoads) {
     EXPECT_EQ(property->Editor(), nullptr) << name;
     EXPECT_EQ(property->IConfigProperty_DefaultValue() + property->IConfigProperty_Value(), "");
   }
-  EXPECT_EQ(properties.IConfigProperties_Count(), 3);
 
   // A type name starting with "X" gives way to the fallback.
   boxes.boxes.clear();
@@ -128,24 +119,18 @@ TEST_F(CConfigPropertyTest, StructureTakesFieldValuesFromItsElement) {
   const auto lamp = Add(kLamp);
   EXPECT_EQ(boxes.boxes,
             (Boxes{DefaultBox("nciLamp.value", "0"), DefaultBox("nciLamp.state", "0")}));
-  EXPECT_EQ(lamp->IConfigProperty_Value(), "{ 100  TOGGLE_ON }");
-  EXPECT_EQ(lamp->IConfigProperty_DefaultValue(), "{ 100  TOGGLE_ON }");
+  EXPECT_EQ(lamp->IConfigProperty_DefaultValue() + "/" + lamp->IConfigProperty_Value(),
+            "{ 100  TOGGLE_ON }/{ 100  TOGGLE_ON }");
   EXPECT_EQ(lamp->IConfigProperty_RawValue(), "C801");
-  const auto state = test::NotNull(test::FieldAt(lamp->IConfigProperty_Fields(), "state"));
-  EXPECT_EQ(state->IField_GlobalKey(), "PGeneric_Profile\\CPS\\CP1\\state");
   lamp->IConfigProperty_PointKey("P9");
-  EXPECT_EQ(state->IDisplayItem_Key(), "P9.state");
+  EXPECT_EQ(FieldAt(lamp->IConfigProperty_Fields(), "state")->IDisplayItem_Key(), "P9.state");
 }
 
 TEST_F(CConfigPropertyTest, ValueTextsAndWhatMarksTheProfileForSaving) {
   const auto setpoint = Add(kSetpoint);
+  ScopedDecimalSeparator comma{","};
   // The limits shown are the type's, in display units, not the property's own.
-  EXPECT_EQ(setpoint->IConfigProperty_DispMin() + "|" + setpoint->IConfigProperty_DispMax(),
-            "-273.17 °C|327.66 °C");
-
-  test::ScopedDecimalSeparator comma{","};
-  EXPECT_EQ(setpoint->IConfigProperty_DispValue() + "|" + setpoint->IConfigProperty_DispDefault(),
-            "21,5 °C|21,5 °C");
+  EXPECT_EQ(DisplayTexts(*setpoint), "21,5 °C | 21,5 °C | -273,17 °C | 327,66 °C");
   for (const auto& change :
        std::vector<std::function<void()>>{[&] { setpoint->IConfigProperty_Value("22.5"); },
                                           [&] { setpoint->IConfigProperty_XPosition(12.5); },
@@ -157,8 +142,6 @@ TEST_F(CConfigPropertyTest, ValueTextsAndWhatMarksTheProfileForSaving) {
   EXPECT_EQ(setpoint->IConfigProperty_Value(), "22,5");
   EXPECT_EQ(setpoint->IConfigProperty_RawValue(), "08CA");
   EXPECT_EQ(setpoint->IConfigProperty_DefaultValue(), "21.5");
-  EXPECT_EQ(std::pair(setpoint->IConfigProperty_XPosition(), setpoint->IConfigProperty_YPosition()),
-            std::pair(12.5, 7.0));
 }
 
 TEST_F(CConfigPropertyTest, WritesItsElementAndReadsItBack) {
@@ -169,43 +152,37 @@ TEST_F(CConfigPropertyTest, WritesItsElementAndReadsItBack) {
 
   pugi::xml_document document;
   const pugi::xml_node parent = document.append_child("CPS");
-  EXPECT_EQ(test::XmlText(setpoint->WriteXml(document, parent)),
+  EXPECT_EQ(XmlText(setpoint->WriteXml(document, parent)),
             "<nciSetpoint Index=\"3\"><Visible>1</Visible><SNVTType>temp_p</SNVTType>"
             "<SISD>1.2</SISD><Default>21.5</Default><Min>10</Min><Max>30</Max></nciSetpoint>");
-  EXPECT_EQ(test::XmlText(flt->WriteXml(document, parent)),
+  EXPECT_EQ(XmlText(flt->WriteXml(document, parent)),
             "<nciFloat DefaultWarning=\"1\"><Visible>1</Visible><SNVTType>temp_f</SNVTType>"
             "<Default>0</Default><Min>-273.17</Min><Max>3.40282E+38</Max></nciFloat>");
 
   boxes.boxes.clear();
   const auto copy = properties.IConfigProperties_AddCP("copy", nullptr, parent.first_child());
   EXPECT_TRUE(boxes.boxes.empty());
-  EXPECT_EQ(Summary(*test::NotNull(copy)), "temp_p 10..30 21.5/21.5");
+  EXPECT_EQ(Summary(*NotNull(copy)), "temp_p 10..30 21.5/21.5");
 }
 
 TEST_F(CConfigPropertyTest, DisplayItemAndConnections) {
   const auto setpoint = Add(kSetpoint);
   setpoint->IConfigProperty_PointKey("P7");
-  EXPECT_EQ(std::tuple(setpoint->IDisplayItem_ItemType(), setpoint->IDisplayItem_Icon(),
-                       setpoint->ISubItemConnable_ItemType(), setpoint->IConfigProperty_NodeType(),
-                       setpoint->IDisplayItem_IsWritable(), setpoint->IDisplayItem_IsTrendable()),
-            std::tuple(0, 0, 3, 3, true, false));
+  EXPECT_EQ(std::pair(setpoint->IDisplayItem_ItemType(), setpoint->ISubItemConnable_ItemType()),
+            std::pair(0, 3));
   EXPECT_EQ(setpoint->IDisplayItem_Key() + "|" + setpoint->IDisplayItem_DisplayText(),
             "P7|nciSetpoint");
-  EXPECT_FALSE(setpoint->ISubItemConnable_IsSNVTCompatible("temp_p"));
 
-  // Connections are counted; the property is listed only while connected.
-  EXPECT_FALSE(setpoint->IDisplayItem_IsConnected() || setpoint->IDisplayItem_IsDisplayable());
-  for (const bool connect : {true, true, false}) setpoint->ISubItemConnable_IsConnected(connect);
-  EXPECT_TRUE(setpoint->IDisplayItem_IsConnected() && setpoint->IDisplayItem_IsDisplayable() &&
-              setpoint->IConfigProperty_IsConnected());
+  // Listed only while connected.
+  setpoint->ISubItemConnable_IsConnected(true);
+  EXPECT_TRUE(setpoint->IDisplayItem_IsDisplayable() && setpoint->IConfigProperty_IsConnected());
   setpoint->ISubItemConnable_IsConnected(false);
-  EXPECT_FALSE(setpoint->IDisplayItem_IsConnected() || setpoint->IDisplayItem_IsDisplayable() ||
-               setpoint->IConfigProperty_IsConnected());
+  EXPECT_FALSE(setpoint->IDisplayItem_IsDisplayable() || setpoint->IConfigProperty_IsConnected());
 
   // A structure is connected through any of its fields, but not as a display item.
   const auto lamp = Add(kLamp);
   EXPECT_FALSE(lamp->IConfigProperty_IsConnected());
-  test::FieldAt(lamp->IConfigProperty_Fields(), "value")->ISubItemConnable_IsConnected(true);
+  FieldAt(lamp->IConfigProperty_Fields(), "value")->ISubItemConnable_IsConnected(true);
   EXPECT_TRUE(lamp->IConfigProperty_IsConnected());
   EXPECT_FALSE(lamp->IDisplayItem_IsConnected());
 }
@@ -226,12 +203,7 @@ TEST_F(CConfigPropertyTest, UserStructuresAreArraysForFirmware) {
 
 TEST_F(CConfigPropertyTest, SetValueShowsTheEditorOfItsKind) {
   const auto setpoint = Add(kSetpoint);
-  test::ScopedFormHost forms;
-  // The dialog edits the property: leaving it as the structure dialog would restores the value.
-  forms.host->steps.push_back([&](Form& form) {
-    dynamic_cast<ValueDialog&>(form).CalledFramModif4(true);
-    setpoint->IConfigProperty_Value("25");
-  });
+  ScopedFormHost forms;
   for (const auto& property :
        {setpoint, Add("<nciText><SNVTType>str_asc</SNVTType><Default>hi</Default></nciText>"),
         Add("<nciMode><SNVTType>occupancy</SNVTType><Value>0</Value></nciMode>"), Add(kLamp),
@@ -241,18 +213,11 @@ TEST_F(CConfigPropertyTest, SetValueShowsTheEditorOfItsKind) {
   EXPECT_EQ(forms.host->captions,
             (std::vector<std::string>{"Numeric Value", "Text Value", "Enumeration Value",
                                       "Structure Value", "Bit Field Value"}));
-  EXPECT_EQ(setpoint->IConfigProperty_Value(), "21.5");
 }
 
 using CConfigPropertiesTest = CConfigPropertyTest;
 
 TEST_F(CConfigPropertiesTest, KeysAndIndexesSurviveRemoval) {
-  EXPECT_EQ(properties.IConfigProperties_GlobalKey(), "PGeneric_Profile\\CPS");
-  EXPECT_EQ(properties.IConfigProperties_ExtendedKey(), "PGeneric_Profile\\CPS");
-  EXPECT_EQ(
-      std::vector({properties.IConfigProperties_CDBUsage(), properties.IConfigProperties_DDBUsage(),
-                   properties.IConfigProperties_SDBUsage()}),
-      std::vector(3, 0));
   std::vector<std::shared_ptr<CConfigProperty>> added;
   for (int i = 0; i < 3; ++i) {
     ClearFlags();
@@ -260,7 +225,6 @@ TEST_F(CConfigPropertiesTest, KeysAndIndexesSurviveRemoval) {
     EXPECT_TRUE(Globals::NeedSaveFlag);
     EXPECT_EQ(Place(*added[i]), "PGeneric_Profile\\CPS\\CP" + std::to_string(i + 1) + " " +
                                     std::to_string(i) + " -1");
-    EXPECT_EQ(added[i]->IConfigProperty_ExtendedKey(), added[i]->IConfigProperty_GlobalKey());
     added[i]->IConfigProperty_ConnectionIndex(10 * (i + 1));
   }
   EXPECT_EQ(profile->changes, 3);
@@ -270,26 +234,21 @@ TEST_F(CConfigPropertiesTest, KeysAndIndexesSurviveRemoval) {
   properties.IConfigProperties_Remove(added[1]);
   EXPECT_TRUE(Globals::NeedSaveFlag && Globals::DisplayIncompatibleFlag);
   EXPECT_EQ(profile->changes, 4);
-  EXPECT_EQ(Place(*added[0]), "PGeneric_Profile\\CPS\\CP1 0 10");
   EXPECT_EQ(Place(*added[2]), "PGeneric_Profile\\CPS\\CP3 1 30");
   EXPECT_EQ(properties.IConfigProperties_Item("2"), added[2]);
   EXPECT_EQ(properties.IConfigProperties_Item("CP2"), nullptr);
-  EXPECT_EQ(properties.IConfigProperties_NewEnum(),
-            (std::vector<std::shared_ptr<IConfigProperty>>{added[0], added[2]}));
 
   // A property of another collection: nothing moves, the profile still hears of it.
   CConfigProperties other;
   properties.IConfigProperties_Remove(other.IConfigProperties_AddNewCP("nciStranger", "count"));
   EXPECT_EQ(profile->changes, 5);
   EXPECT_EQ(properties.IConfigProperties_Count(), 2);
-  EXPECT_EQ(Place(*added[2]), "PGeneric_Profile\\CPS\\CP3 1 30");
 
   // Keys are never reused; a new property takes the last index and warns of nothing.
   boxes.boxes.clear();
   ClearFlags();
-  const auto fresh = test::NotNull(properties.IConfigProperties_AddNewCP("nciCount", "count"));
-  EXPECT_TRUE(boxes.boxes.empty());
-  EXPECT_TRUE(Globals::NeedSaveFlag);
+  const auto fresh = NotNull(properties.IConfigProperties_AddNewCP("nciCount", "count"));
+  EXPECT_TRUE(boxes.boxes.empty() && Globals::NeedSaveFlag);
   EXPECT_EQ(profile->changes, 6);
   EXPECT_EQ(Place(*fresh), "PGeneric_Profile\\CPS\\CP4 2 -1");
   EXPECT_EQ(Summary(*fresh), "count 0..65535 0/0");
@@ -337,10 +296,9 @@ TEST_F(CConfigPropertiesTest, AddsFromExportedPointRecord) {
   std::string name = "nciExported";
   boxes.boxes.clear();
   ClearFlags();
-  const auto exported = test::NotNull(properties.AddFromExport(name, record, profile));
+  const auto exported = NotNull(properties.AddFromExport(name, record, profile));
   EXPECT_EQ(name + "|" + exported->IConfigProperty_Name(), "nciExported|nciExported");
-  EXPECT_TRUE(boxes.boxes.empty());
-  EXPECT_TRUE(Globals::NeedSaveFlag);
+  EXPECT_TRUE(boxes.boxes.empty() && Globals::NeedSaveFlag);
   EXPECT_EQ(profile->changes, 2);
   EXPECT_EQ(exported->IConfigProperty_SNVTType()->ISNVType_ID() + " " +
                 exported->IConfigProperty_Value() + " " + exported->IConfigProperty_PointKey(),
@@ -360,12 +318,8 @@ class FakeScheduleEditor final : public IScheduleEditor {
   std::string xml() const override { return text; }
   void xml(const std::string& value) override { received = text = value; }
   void TypeDBPath(const std::string& value) override { path = value; }
-  void ShowDialog() override {
-    ++shown;
-    text = reply;
-  }
+  void ShowDialog() override { text = reply; }
   std::string text, received, path, reply;
-  int shown = 0;
 };
 
 // A plain schedule (40050), a structured one (40070) and a structure that is none (40071);
@@ -386,37 +340,36 @@ class ScheduleEditorTest : public CConfigPropertyTest {
   std::shared_ptr<CConfigProperty> plain, schedule, other;
   std::vector<int16_t> pointers;
   PointerHandler previous;
-  test::ScopedFormHost forms;
+  ScopedFormHost forms;
 };
 
 TEST_F(ScheduleEditorTest, WithoutEditorFallsBackToTheOrdinaryDialog) {
-  test::ScopedComponent none(kScheduleEditor, nullptr);
+  ScopedComponent none(kScheduleEditor, nullptr);
   schedule->IConfigProperty_SetValue();
   EXPECT_EQ(pointers, (std::vector<int16_t>{11, 0}));  // hourglass, then back
   EXPECT_EQ(boxes.boxes, (Boxes{{"Install SchedulerEditor.dll to edit Schedulers", vbOKOnly, ""}}));
   EXPECT_EQ(forms.host->captions, std::vector<std::string>{"Structure Value"});
 
+  // The other schedule types alike.
   plain->IConfigProperty_SetValue();
   for (const char* id : {"40051", "40060", "40061"}) {
     properties.IConfigProperties_AddNewCP(std::string("nci") + id, id)->IConfigProperty_SetValue();
   }
   EXPECT_EQ(boxes.boxes.size(), 5u);
   EXPECT_EQ(forms.host->captions.size(), 5u);
-  EXPECT_EQ(forms.host->captions[1], "Numeric Value");
 
   // 40071 is no schedule: straight to its dialog.
   pointers.clear();
   boxes.boxes.clear();
   other->IConfigProperty_SetValue();
-  EXPECT_TRUE(pointers.empty());
-  EXPECT_TRUE(boxes.boxes.empty());
+  EXPECT_TRUE(pointers.empty() && boxes.boxes.empty());
   EXPECT_EQ(forms.host->captions.back(), "Structure Value");
 }
 
 TEST_F(ScheduleEditorTest, EditorRoundTripsPlainAndStructuredValues) {
   const auto editor = std::make_shared<FakeScheduleEditor>();
   int created = 0;
-  test::ScopedComponent registered(kScheduleEditor, [&]() -> std::shared_ptr<IUnknown> {
+  ScopedComponent registered(kScheduleEditor, [&]() -> std::shared_ptr<IUnknown> {
     ++created;
     return editor;
   });
@@ -425,7 +378,6 @@ TEST_F(ScheduleEditorTest, EditorRoundTripsPlainAndStructuredValues) {
   plain->IConfigProperty_SetValue();
   EXPECT_EQ(editor->received, R"(<FIELD Name="nciPlain" Type="SNVT_40050" Value="12"/>)");
   EXPECT_EQ(editor->path, ComponentFolder() + "/../../SNVTS.XML");
-  EXPECT_EQ(editor->shown, 1);
   EXPECT_EQ(plain->IConfigProperty_Value(), "34");
 
   editor->reply = R"(<FIELD Name="nciSched" Type="SNVT_40070"><FIELDS>)"
@@ -443,7 +395,6 @@ TEST_F(ScheduleEditorTest, EditorRoundTripsPlainAndStructuredValues) {
   editor->reply = "<FIELD Name=";
   schedule->IConfigProperty_SetValue();
   plain->IConfigProperty_SetValue();
-  EXPECT_EQ(editor->shown, 4);
   EXPECT_EQ(schedule->IConfigProperty_Value(), "{ 7  OC_STANDBY }");
   EXPECT_EQ(plain->IConfigProperty_Value(), "34");
 
@@ -454,4 +405,4 @@ TEST_F(ScheduleEditorTest, EditorRoundTripsPlainAndStructuredValues) {
 }
 
 }  // namespace
-}  // namespace kolvane
+}  // namespace kolvane::test

@@ -1,15 +1,9 @@
 #include "cp/CConfigProperties.h"
-#include "dialogs/frmCPModif1.h"
-#include "dialogs/frmCPModif2.h"
-#include "dialogs/frmCPModif3.h"
-#include "dialogs/frmCPModif4.h"
-#include "dialogs/frmCPModif5.h"
 #include "nv/CNetworkVariable.h"
-#include "profile/frmNewPID.h"
 
 #include "../TestSupport.h"
 
-namespace kolvane {
+namespace kolvane::test {
 namespace {
 
 using std::tuple;
@@ -23,7 +17,7 @@ constexpr char kInlineTypes[] = R"(<SNVT_bits8><TYPE>Bitfield</TYPE><LENGTH>1</L
 // Types keys into the dialog's text box as the user does; returns the keys kept.
 template <class D>
 std::string Type(D& d, const std::string& keys) {
-  return test::TypeKeys(
+  return TypeKeys(
       d.txtNewCPValue, keys, [&](int16_t& k) { d.txtNewCPValue_KeyPress(k); },
       [&] { d.txtNewCPValue_Change(); });
 }
@@ -35,10 +29,10 @@ std::string Rows(const frmCPModif4& d) {
   return text;
 }
 
-class DialogsTest : public test::CatalogueFixture {
+class DialogsTest : public CatalogueFixture {
  protected:
   std::shared_ptr<IConfigProperty> NewCP(const std::string& type, const std::string& value = "") {
-    auto cp = test::NotNull(properties.IConfigProperties_AddNewCP("nci" + type, type), type);
+    auto cp = NotNull(properties.IConfigProperties_AddNewCP("nci" + type, type), type);
     cp->IConfigProperty_Value(value);
     return cp;
   }
@@ -55,7 +49,7 @@ class DialogsTest : public test::CatalogueFixture {
   void Then(F step) {
     user.host->steps.push_back([step](Form& form) { step(dynamic_cast<D&>(form)); });
   }
-  test::ScopedFormHost user;
+  ScopedFormHost user;
   CConfigProperties properties;
 };
 
@@ -72,7 +66,7 @@ TEST_F(DialogsTest, NumericDialogShowsTheValueChecksTheRangeAndWrites) {
       boxes.boxes.clear();
       d.txtNewCPValue.Text = text;
       d.cmdOk_Click();
-      EXPECT_EQ(boxes.boxes, test::Boxes({{message + limit, vbExclamation, "Warning"}}));
+      EXPECT_EQ(boxes.boxes, Boxes({{message + limit, vbExclamation, "Warning"}}));
       EXPECT_EQ(Shown(d.txtNewCPValue), tuple(limit, 0, static_cast<int>(limit.size()), true));
       EXPECT_EQ(tuple(d.Loaded(), cp->IConfigProperty_Value()), tuple(true, "21.5"));
     }
@@ -120,7 +114,7 @@ TEST_F(DialogsTest, NumericBoxIsDisabledExactlyWhileTheMarkIsChecked) {
   EXPECT_FALSE(d->txtNewCPValue.Enabled);
   d->chkInvalid.Value = 0;
   d->chkInvalid_Click();
-  EXPECT_TRUE(!d->cmdOk.Enabled || test::ErrorNumberOf([&] { d->cmdOk_Click(); }) == 0);
+  EXPECT_TRUE(!d->cmdOk.Enabled || ErrorNumberOf([&] { d->cmdOk_Click(); }) == 0);
   d->chkInvalid.Value = 1;
   d->chkInvalid_Click();
   cp->IConfigProperty_Value("21.5");
@@ -135,8 +129,7 @@ TEST_F(DialogsTest, TextDialogCutsBlanksBackspaceEscapeAndEnter) {
     EXPECT_EQ(Shown(d.txtNewCPValue), tuple("Hello", 0, 5, true));
     d.txtNewCPValue.Text = "0123456789abcdefghijklmnopqrstuvwxyzABCD";
     d.txtNewCPValue_Change();
-    EXPECT_EQ(boxes.boxes,
-              test::Boxes({{"The text cannot exceed 30 characters", 48, "Name too long"}}));
+    EXPECT_EQ(boxes.boxes, Boxes({{"The text cannot exceed 30 characters", 48, "Name too long"}}));
     EXPECT_EQ(d.txtNewCPValue.Text, "0123456789abcdefghijklmnopqrst");
     for (const auto& [start, length, text] : std::vector<tuple<int, int, std::string>>{
              {1, 2, "adef"}, {3, 0, "abdef"}, {0, 6, ""}, {0, 0, "abcdef"}}) {
@@ -181,7 +174,7 @@ TEST_F(DialogsTest, EnumDialogShowsTheValueAndWritesTheClickedStateElseTheShownO
 }
 
 TEST_F(DialogsTest, BitFieldDialogShowsAndFlipsBits) {
-  test::ScopedCatalogue inline_types{test::BundledCatalogueWith(kInlineTypes)};
+  ScopedCatalogue inline_types{BundledCatalogueWith(kInlineTypes)};
   const auto bits = [](const frmCPModif5& d) {  // bit 15 first, "-" for a hidden one
     std::string text = d.Label4.Visible ? "" : "low byte only ";
     for (int i = 15; i >= 0; --i) text += d.bit[i].Visible ? d.bit[i].Caption : "-";
@@ -229,12 +222,12 @@ TEST_F(DialogsTest, StructureDialogEditsFieldsOpensNestedOnesAndRefusesUnknownKi
   };
   Then<frmCPModif4>(open_row_1);  // row 1 is the structure "room": a second dialog, left at once
   NewCP("40003")->IConfigProperty_SetValue();
-  test::ScopedCatalogue inline_types{test::BundledCatalogueWith(kInlineTypes)};
+  ScopedCatalogue inline_types{BundledCatalogueWith(kInlineTypes)};
   Then<frmCPModif4>(open_row_1);
   NewCP("mixed")->IConfigProperty_SetValue();
   EXPECT_EQ(user.host->captions, (Strings{"Numeric Value", "Numeric Value", "Structure Value",
                                           "Structure Value", "Structure Value"}));
-  EXPECT_EQ(boxes.boxes, test::Boxes({{"Unknown or Not modificable Attribute", 48, "Edit Value"}}));
+  EXPECT_EQ(boxes.boxes, Boxes({{"Unknown or Not modificable Attribute", 48, "Edit Value"}}));
 }
 
 TEST_F(DialogsTest, ProgramIdDialogTakesSixteenHexDigits) {
@@ -242,7 +235,7 @@ TEST_F(DialogsTest, ProgramIdDialogTakesSixteenHexDigits) {
   pid.ProgramID("0123");
   Then<frmNewPID>([](frmNewPID& d) {
     const auto type = [&](const std::string& keys) {
-      return test::TypeKeys(
+      return TypeKeys(
           d.txtNid, keys, [&](int16_t& k) { d.txtNid_KeyPress(k); }, [&] { d.txtNid_Change(); });
     };
     d.txtNid.SelStart = 4;
@@ -267,4 +260,4 @@ TEST_F(DialogsTest, ProgramIdDialogTakesSixteenHexDigits) {
 }
 
 }  // namespace
-}  // namespace kolvane
+}  // namespace kolvane::test

@@ -1,14 +1,10 @@
 #include "host/CUnitConverter.h"
 #include "host/CUtility.h"
 
-#include "types/CNVOCompatibleSNVTs.h"
-
 #include "../TestSupport.h"
 
-namespace kolvane {
+namespace kolvane::test {
 namespace {
-
-using test::ErrorNumberOf;
 
 // The components as a host reaches them.
 std::shared_ptr<IUnitConverter> Converter() {
@@ -19,19 +15,19 @@ std::shared_ptr<IUtility> Utility() {
 }
 
 TEST(CUnitConverterTest, LimitsUnitsAndDefaultsComeFromTheCatalogue) {
-  test::ScopedCatalogue catalogue(test::kBundledCatalogue, true);
+  ScopedCatalogue catalogue(kBundledCatalogue, true);
   ASSERT_NE(Converter(), nullptr);
-  for (const auto& [separator, limits] :
-       {std::pair{".", "-273.17|327.66"}, std::pair{",", "-273,17|327,66"}}) {
-    test::ScopedDecimalSeparator decimal(separator);
-    const auto converter = Converter();
-    EXPECT_EQ(converter->DisplayMinimum("temp_p") + "|" + converter->DisplayMaximum("temp_p"),
-              limits);
-    // Values are shown as they are.
-    EXPECT_EQ(converter->ToDisplayUnits("temp_p", "21.5"), "21.5") << separator;
-    EXPECT_EQ(converter->ToDisplayUnits("temp_p", "21,5"), "21,5") << separator;
-  }
   const auto converter = Converter();
+  // Values are shown as they are.
+  EXPECT_EQ(converter->ToDisplayUnits("temp_p", "21,5"), "21,5");
+  EXPECT_EQ(converter->DisplayMinimum("temp_p") + "|" + converter->DisplayMaximum("temp_p"),
+            "-273.17|327.66");
+  {
+    ScopedDecimalSeparator comma(",");
+    EXPECT_EQ(
+        converter->DisplayMinimum("temp_p") + "|" + converter->ToDisplayUnits("temp_p", "2.5"),
+        "-273,17|2.5");
+  }
   EXPECT_EQ(converter->DisplayMinimum("lux") + "|" + converter->DisplayMaximum("lux"), "0|65535");
   EXPECT_EQ(converter->DisplayMinimum("nope") + "|" + converter->DisplayMaximum("nope"), "|");
   EXPECT_EQ(converter->DisplayUnits("temp_p") + "|" + converter->DisplayUnits("nope"), "°C|");
@@ -40,18 +36,16 @@ TEST(CUnitConverterTest, LimitsUnitsAndDefaultsComeFromTheCatalogue) {
 }
 
 TEST(CUnitConverterTest, NumbersFromTheUserTakeEitherSeparator) {
-  {
-    test::ScopedDecimalSeparator decimal(",");
-    EXPECT_EQ(Converter()->FromDisplayUnits("temp_p", "21,5"), "21.5");
-    EXPECT_EQ(Converter()->FromDisplayUnits("temp_p", "-3"), "-3");
-  }
-  for (const char* separator : {".", ","}) {
-    test::ScopedDecimalSeparator decimal(separator);
+  // Only the user's own separator becomes a point.
+  for (const auto& [separator, from_user] : {std::pair{".", "21,5|21.5"}, {",", "21.5|21.5"}}) {
+    ScopedDecimalSeparator decimal(separator);
     const auto converter = Converter();
-    EXPECT_EQ(converter->FromDisplayUnits("temp_p", "21.5"), "21.5") << separator;
-    EXPECT_DOUBLE_EQ(converter->TextToNumber("21,5"), 21.5) << separator;
-    EXPECT_DOUBLE_EQ(converter->TextToNumber("21.5"), 21.5) << separator;
-    EXPECT_DOUBLE_EQ(converter->TextToNumber(" -7 "), -7) << separator;
+    EXPECT_EQ(converter->FromDisplayUnits("temp_p", "21,5") + "|" +
+                  converter->FromDisplayUnits("temp_p", "21.5"),
+              from_user);
+    for (const auto& [text, number] : {std::pair{"21,5", 21.5}, {"21.5", 21.5}, {" -7 ", -7.0}}) {
+      EXPECT_DOUBLE_EQ(converter->TextToNumber(text), number) << text << " with " << separator;
+    }
     for (const char* text : {"abc", "", "1.234,5", "12abc"}) {
       EXPECT_EQ(ErrorNumberOf([&] { converter->TextToNumber(text); }), 13)
           << text << " with " << separator;
@@ -93,31 +87,19 @@ constexpr char kKinds[] = R"(
 // A number type starts at the bound nearest to zero, also when it has only one (m, n); a type
 // that contains itself ends in "{}" 32 levels down instead of recursing without end.
 TEST(CUtilityTest, DefaultValuesByKind) {
-  test::ScopedCatalogue catalogue(test::BundledCatalogueWith(kKinds));
+  ScopedCatalogue catalogue(BundledCatalogueWith(kKinds));
   std::string loop = "{}";
   for (int level = 0; level < 32; ++level) loop = "{ 0  " + loop + " }";
-  const std::pair<const char*, std::string> cases[] = {{"temp_p", "20"},
-                                                       {"occupancy", "OC_OCCUPIED"},
-                                                       {"lev_cont", "0"},
-                                                       {"switch_state", "TOGGLE_OFF"},
-                                                       {"switch", "{ 0  TOGGLE_OFF }"},
-                                                       {"lo", "5"},
-                                                       {"hi", "-2.5"},
-                                                       {"mid", "0"},
-                                                       {"m", "5"},
-                                                       {"n", "-3"},
-                                                       {"bits", "0"},
-                                                       {"e0", "OFF"},
-                                                       {"e1", "LOW"},
-                                                       {"ev", "HIGH"},
-                                                       {"en", "HIGH"},
-                                                       {"txt", ""},
-                                                       {"st", "{ 5  LOW }"},
-                                                       {"outer", "{ { 5  LOW }    -2.5 }"},
-                                                       {"given", "{ 1  2 }"},
-                                                       {"loop", loop}};
+  // clang-format off
+  const std::pair<const char*, std::string> cases[] = {
+      {"temp_p", "20"}, {"occupancy", "OC_OCCUPIED"}, {"lev_cont", "0"},
+      {"switch_state", "TOGGLE_OFF"}, {"switch", "{ 0  TOGGLE_OFF }"}, {"lo", "5"}, {"hi", "-2.5"},
+      {"mid", "0"}, {"m", "5"}, {"n", "-3"}, {"bits", "0"}, {"e0", "OFF"}, {"e1", "LOW"},
+      {"ev", "HIGH"}, {"en", "HIGH"}, {"txt", ""}, {"st", "{ 5  LOW }"},
+      {"outer", "{ { 5  LOW }    -2.5 }"}, {"given", "{ 1  2 }"}, {"loop", loop}};
+  // clang-format on
   for (const auto& [id, value] : cases) {
-    EXPECT_EQ(Utility()->DefaultValue(test::TypeOf(id)), value) << id;
+    EXPECT_EQ(Utility()->DefaultValue(TypeOf(id)), value) << id;
   }
 }
 
@@ -126,7 +108,7 @@ TEST(CUtilityTest, ParseLocationRoundsEachCoordinate) {
       {"120;45.5", 120, 46}, {"120;44.5", 120, 44}, {"1,5;2", 2, 2},    {"", 0, 0},
       {"abc;7", 0, 7},       {"7", 7, 0},           {"-2.5;3,5", -2, 4}};
   for (const char* separator : {".", ","}) {
-    test::ScopedDecimalSeparator decimal(separator);
+    ScopedDecimalSeparator decimal(separator);
     for (const auto& [text, x, y] : cases) {
       int32_t got_x = -99, got_y = -99;
       Utility()->ParseLocation(text, got_x, got_y);
@@ -138,14 +120,8 @@ TEST(CUtilityTest, ParseLocationRoundsEachCoordinate) {
   EXPECT_EQ(ErrorNumberOf([&] { Utility()->ParseLocation("0;-3e9", x, y); }), 6);
 }
 
-TEST(CUtilityTest, CompatibleListTextAndEnumStateNumber) {
-  ASSERT_NE(Utility(), nullptr);  // registered by default
-  CNVOCompatibleSNVTs list;
-  EXPECT_EQ(Utility()->CompatibleListText(list), "");
-  list.ICompatibleSNVTs_Add("b,a,c");
-  EXPECT_EQ(Utility()->CompatibleListText(list), "b,a,c");
-
-  test::ScopedCatalogue catalogue(test::kBundledCatalogue, true);
+TEST(CUtilityTest, EnumStateNumber) {
+  ScopedCatalogue catalogue(kBundledCatalogue, true);
   const std::pair<const char*, int32_t> numbers[] = {
       {"OC_BYPASS", 2}, {"hvac_cool", 3}, {"OC_NUL", -1}, {"12", 12}, {"Invalid", -1}, {"-1", -1}};
   for (const auto& [state, number] : numbers) {
@@ -157,4 +133,4 @@ TEST(CUtilityTest, CompatibleListTextAndEnumStateNumber) {
 }
 
 }  // namespace
-}  // namespace kolvane
+}  // namespace kolvane::test

@@ -1,209 +1,118 @@
-// Loading the bundled room-controller profile and what a host reads of it.
+// A profile as a host uses it: loading the bundled room-controller profile, what is read of it,
+// adding items, generating the device interface, loading a damaged document and saving values.
 
-#include "ProfileTestSupport.h"
+#include "../TestSupport.h"
 
-namespace kolvane {
+namespace kolvane::test {
 namespace {
 
-using test::CpNamed;
-using test::DisplayTexts;
-using test::Identifiers;
-using test::NvNamed;
+using CProfileTest = ProfileFixture;
 
-class CProfileTest : public test::ProfileFixture {};
-
-TEST_F(CProfileTest, ConstructionNeedsSavingAtOnceAndAnswersTheFixedMembers) {
-  Globals::NeedSaveFlag = false;
+TEST_F(CProfileTest, NewProfileNeedsSavingAndReportsWhatItLacks) {
   const auto profile = CreateProfile();
   EXPECT_TRUE(profile->IProfile_NeedSave());
-  EXPECT_EQ(profile->IProfile_NumberNVIs() + profile->IProfile_NumberNVOs(), 0);
-  EXPECT_EQ(profile->IProfile_NumberCPs(), 0);
-  EXPECT_EQ(profile->IProfile_NodeType(), 1);
-  EXPECT_FALSE(profile->IProfile_IsFixed());
-  EXPECT_EQ(profile->IProfile_Export("a", "b", "c", "d"), 0);
-
   profile->IProfile_ViewDatasheet("ignored");
   EXPECT_EQ(profile->Iprofile_XmlLoadValue(), 0);
-  EXPECT_EQ(BoxTexts(), (std::vector<std::string>{"DataSheet not available [0, ]",
-                                                  "REMOVED: Iprofile_XmlLoadValue [0, ]"}));
+  EXPECT_EQ(boxes.boxes,
+            (Boxes{{"DataSheet not available", 0, ""}, {"REMOVED: Iprofile_XmlLoadValue", 0, ""}}));
 }
 
 TEST_F(CProfileTest, FriendSetReadsTheNameAndGivesItBack) {
   const auto profile = NewProfile();
-  documents.push_back(test::SharedDocument(test::kBundledProfile));
-  auto parent = std::make_shared<test::FakeHost>();
+  const auto document = documents.emplace_back(Parsed(kBundledProfile, true));
   std::string name;
-  profile->IProfile_FriendSet(documents.back(), name, parent, catalogue, nvo_table, "ignored");
-  EXPECT_EQ(name, "RoomController");
-  EXPECT_EQ(profile->IProfile_Name(), "RoomController");
-  EXPECT_EQ(profile->IProfile_GlobalKey(), "PRoomController");
-  EXPECT_EQ(profile->IProfile_ExtendedKey(), "PRoomController");
-  EXPECT_FALSE(profile->IProfile_DatasheetAvailable());
-  EXPECT_EQ(Globals::ProfileDocument, documents.back());
-
-  EXPECT_EQ(profile->IProfile_Parent(), parent);
-  profile->IProfile_ClearParent();
-  EXPECT_EQ(profile->IProfile_Parent(), nullptr);
-
+  profile->IProfile_FriendSet(document, name, nullptr, catalogue.document, nvo_table, "ignored");
+  EXPECT_EQ(name + " " + profile->IProfile_Name() + " " + profile->IProfile_GlobalKey(),
+            "RoomController RoomController PRoomController");
+  EXPECT_EQ(Globals::ProfileDocument, document);
+  // A new name leaves the global key as it was.
   profile->IProfile_Name("Renamed");
-  EXPECT_EQ(profile->IProfile_Name(), "Renamed");
-  EXPECT_EQ(profile->IProfile_GlobalKey(), "PRoomController");
+  EXPECT_EQ(profile->IProfile_Name() + " " + profile->IProfile_GlobalKey(),
+            "Renamed PRoomController");
 
   // A name handed in wins over the document's.
-  const auto named = NewProfile();
   std::string given = "Lobby";
-  named->IProfile_FriendSet(documents.back(), given, nullptr, catalogue, nvo_table, "");
-  EXPECT_EQ(given, "Lobby");
-  EXPECT_EQ(named->IProfile_GlobalKey(), "PLobby");
+  const auto named = NewProfile();
+  named->IProfile_FriendSet(document, given, nullptr, catalogue.document, nvo_table, "");
+  EXPECT_EQ(given + " " + named->IProfile_GlobalKey(), "Lobby PLobby");
 
   // The catalogue handed to FriendSet is taken only when none is set yet.
   Globals::SetSnvtCatalogDocument(nullptr);
-  std::string again;
-  CreateProfile()->IProfile_FriendSet(documents.back(), again, nullptr, catalogue, nvo_table, "");
-  EXPECT_EQ(Globals::SnvtCatalogDocument, catalogue);
-  CreateProfile()->IProfile_FriendSet(documents.back(), again, nullptr, nvo_table, nvo_table, "");
-  EXPECT_EQ(Globals::SnvtCatalogDocument, catalogue);
+  for (const auto& offered : {catalogue.document, nvo_table}) {
+    std::string again;
+    CreateProfile()->IProfile_FriendSet(document, again, nullptr, offered, nvo_table, "");
+    EXPECT_EQ(Globals::SnvtCatalogDocument, catalogue.document);
+  }
 
   const auto unnamed = Loaded("<Profile><NVs/><CPs/></Profile>", false);
   EXPECT_EQ(unnamed->IProfile_GlobalKey(), "P");
   EXPECT_EQ(unnamed->IProfile_NVs()->INetworkVariables_Count() + unnamed->IProfile_NumberCPs(), 0);
 }
 
-TEST_F(CProfileTest, CountsInputsOutputsAndProperties) {
-  const auto profile = Loaded(test::kBundledProfile);
-  EXPECT_EQ(profile->IProfile_NumberNVIs(), 8);
-  EXPECT_EQ(profile->IProfile_NumberNVOs(), 11);
-  EXPECT_EQ(profile->IProfile_NumberCPs(), 10);
-  EXPECT_EQ(profile->IProfile_NVs()->INetworkVariables_Count(), 19);
+TEST_F(CProfileTest, CountsItemsAndWarnsOfEveryAssumedDefault) {
+  const auto profile = Loaded();
+  EXPECT_EQ(boxes.boxes, (Boxes{DefaultBox("nciLocation", "none"), DefaultBox("nciBypassTime", "0"),
+                                DefaultBox("nciLampDefault.value", "0"),
+                                DefaultBox("nciLampDefault.state", "0")}));
+  EXPECT_EQ(std::tuple(profile->IProfile_NumberNVIs(), profile->IProfile_NumberNVOs(),
+                       profile->IProfile_NumberCPs()),
+            std::tuple(8, 11, 10));
 
   // A second load appends, with keys running on.
-  std::string name;
-  profile->IProfile_FriendSet(documents.back(), name, nullptr, catalogue, nvo_table, "");
-  EXPECT_EQ(profile->IProfile_NumberNVIs(), 16);
-  EXPECT_EQ(profile->IProfile_NumberCPs(), 20);
+  Load(profile, kBundledProfile);
+  EXPECT_EQ(std::pair(profile->IProfile_NumberNVIs(), profile->IProfile_NumberCPs()),
+            std::pair(16, 20));
   EXPECT_EQ(profile->IProfile_NVs()->INetworkVariables_Item("NV20")->INetworkVariable_Name(),
             "nviSpaceTemp");
 
   // Four zones of the same items plus four device variables and two device properties.
   boxes.boxes.clear();
   const auto zones = Loaded(KOLVANE_SOURCE_DIR "/examples/profile-large.xml");
-  EXPECT_EQ(zones->IProfile_Name(), "ZoneController4");
-  EXPECT_EQ(zones->IProfile_NumberNVIs(), 4 * 8 + 2);
-  EXPECT_EQ(zones->IProfile_NumberNVOs(), 4 * 11 + 2);
-  EXPECT_EQ(zones->IProfile_NumberCPs(), 4 * 10 + 2);
+  EXPECT_EQ(std::tuple(zones->IProfile_NumberNVIs(), zones->IProfile_NumberNVOs(),
+                       zones->IProfile_NumberCPs()),
+            std::tuple(4 * 8 + 2, 4 * 11 + 2, 4 * 10 + 2));
   EXPECT_EQ(boxes.boxes.size(), 4u * 4u);
 }
 
-TEST_F(CProfileTest, ItemsGetRunningKeysInDocumentOrder) {
-  const auto profile = Loaded(test::kBundledProfile);
-  const auto nvs = profile->IProfile_NVs();
-  const auto setpoint = nvs->INetworkVariables_Item("nv6");
-  ASSERT_NE(setpoint, nullptr);
-  EXPECT_EQ(setpoint->INetworkVariable_Name(), "nviSetpoint");
-  EXPECT_EQ(setpoint->INetworkVariable_GlobalKey(), "PGeneric_Profile\\NVS\\NV6");
-  EXPECT_EQ(setpoint->INetworkVariable_PointKey(), "P6");
-  EXPECT_EQ(setpoint->INetworkVariable_Index(), 5);
-  EXPECT_EQ(setpoint->INetworkVariable_Direction(), 0);
-  const auto field = setpoint->INetworkVariable_Fields()->IFields_Item("standby_heat");
-  EXPECT_EQ(field->IField_GlobalKey(), "PGeneric_Profile\\NVS\\NV6\\standby_heat");
-  EXPECT_EQ(std::dynamic_pointer_cast<IDisplayItem>(field)->IDisplayItem_Key(), "P6.standby_heat");
-  EXPECT_EQ(nvs->INetworkVariables_Item("NV19")->INetworkVariable_Name(), "nvoEnergy");
-
-  // The export number read from the document gives way to the position.
-  const auto outdoor = NvNamed(*profile, "nviOutdoorTemp");
-  EXPECT_EQ(outdoor->INetworkVariable_ConnectionIndex(), 2);
-  EXPECT_EQ(NvNamed(*profile, "nvoEnergy")->INetworkVariable_ConnectionIndex(), 18);
-  EXPECT_EQ(outdoor->INetworkVariable_XPosition(), 40);
-  EXPECT_EQ(outdoor->INetworkVariable_YPosition(), 100);
-  // A fractional coordinate is rounded half to even.
-  EXPECT_EQ(NvNamed(*profile, "nvoHeatOutput")->INetworkVariable_XPosition(), 400);
-
-  const auto cps = profile->IProfile_CPs();
-  const auto occupancy = cps->IConfigProperties_Item("CP7");
-  EXPECT_EQ(occupancy->IConfigProperty_Name(), "nciOccSetpoints");
-  EXPECT_EQ(occupancy->IConfigProperty_GlobalKey(), "PGeneric_Profile\\CPS\\CP7");
-  EXPECT_EQ(occupancy->IConfigProperty_Index(), 6);
-  EXPECT_EQ(occupancy->IConfigProperty_ConnectionIndex(), -1);
-  EXPECT_EQ(occupancy->IConfigProperty_PointKey(), "");
-  EXPECT_EQ(occupancy->IConfigProperty_Fields()->IFields_Item("1")->IField_GlobalKey(),
-            "PGeneric_Profile\\CPS\\CP7\\occupied_cool");
-  EXPECT_EQ(cps->IConfigProperties_Item("CP2")->IConfigProperty_SNVTType()->ISNVType_ID(),
-            "temp_diff_p");  // read from a lower-case <snvttype>
-}
-
 TEST_F(CProfileTest, CompatibleListsComeFromTheNvoTable) {
-  const auto profile = Loaded(test::kBundledProfile);
-  EXPECT_EQ(Identifiers(NvNamed(*profile, "nviSpaceTemp")->INetworkVariable_SNVTCompatibles()),
-            "temp_p,temp,temp_f");
-  EXPECT_EQ(Identifiers(NvNamed(*profile, "nvoLamp")->INetworkVariable_SNVTCompatibles()),
-            "switch");
-  EXPECT_EQ(Identifiers(NvNamed(*profile, "nvoHeatOutput")->INetworkVariable_SNVTCompatibles()),
-            "lev_percent,lev_cont,lev_cont_f,40000");
-  EXPECT_EQ(Identifiers(NvNamed(*profile, "nviFanSpeed")->INetworkVariable_SNVTCompatibles()),
-            "lev_percent,lev_cont,lev_cont_f,40000");
-  EXPECT_EQ(Identifiers(NvNamed(*profile, "nvoEnergy")->INetworkVariable_SNVTCompatibles()),
-            "elec_kwh,elec_kwh_l");
-
-  const auto connectable =
-      std::dynamic_pointer_cast<ISubItemConnable>(NvNamed(*profile, "nviSpaceTemp"));
-  EXPECT_TRUE(connectable->ISubItemConnable_IsSNVTCompatible("temp_f"));
-  EXPECT_FALSE(connectable->ISubItemConnable_IsSNVTCompatible("TEMP_F"));
-  EXPECT_FALSE(connectable->ISubItemConnable_IsSNVTCompatible("temp_diff_p"));
+  const auto profile = Loaded();
+  const auto compatibles = [&](const std::string& name) {
+    return Identifiers(NvNamed(*profile, name)->INetworkVariable_SNVTCompatibles());
+  };
+  EXPECT_EQ(compatibles("nvoHeatOutput"), "lev_percent,lev_cont,lev_cont_f,40000");
+  EXPECT_EQ(compatibles("nviSpaceTemp"), "temp_p,temp,temp_f");
 
   // Another table takes effect at the next rebuild.
   profile->Iprofile_SetXmlDomDocs(
-      catalogue, test::SharedDocument(
-                     "<NVOTable><SNVT_temp_f><SNVT_temp_p/></SNVT_temp_f></NVOTable>", false));
+      catalogue.document, Parsed("<NVOTable><SNVT_temp_f><SNVT_temp_p/></SNVT_temp_f></NVOTable>"));
   profile->Iprofile_RebuildCompatibilityList();
-  EXPECT_EQ(Identifiers(NvNamed(*profile, "nviSpaceTemp")->INetworkVariable_SNVTCompatibles()),
-            "temp_f");
-  EXPECT_EQ(Identifiers(NvNamed(*profile, "nvoLamp")->INetworkVariable_SNVTCompatibles()), "");
+  EXPECT_EQ(compatibles("nviSpaceTemp"), "temp_f");
+  EXPECT_EQ(compatibles("nvoLamp"), "");
 }
 
-TEST_F(CProfileTest, PropertiesShowDefaultsValuesAndTheTypeLimits) {
-  const auto profile = Loaded(test::kBundledProfile);
+TEST_F(CProfileTest, ItemsShowValuesDefaultsAndTheTypeLimits) {
+  const auto profile = Loaded();
   const auto shown = [&](const std::string& name) {
     return DisplayTexts(*CpNamed(*profile, name));
   };
-  // Numbers: the limits shown are the catalogue's, not the property's own 10 and 30.
-  EXPECT_EQ(shown("nciSetpoint"), "21.5 °C | 21.5 °C | -273.17 °C | 327.66 °C");
-  EXPECT_EQ(shown("nciSndDelta"), "0.5 K | 0.5 K | -327.68 K | 327.66 K");
-  EXPECT_EQ(shown("nciMinSendTime"), "10 s | 10 s | 0 s | 6553.4 s");
-  EXPECT_EQ(shown("nciBypassTime"), "0 min | 0 min | 0 min | 65535 min");
-  EXPECT_EQ(shown("nciFanSpeedDef"), "50 % | 50 % | 0 % | 100 %");
   EXPECT_EQ(shown("nciLocation"), "none | none |  | ");
   // An enumeration shows its stored value and the state name of its default.
   EXPECT_EQ(shown("nciHvacType"), "1 | HVT_FAN_COIL |  | ");
-  EXPECT_EQ(shown("nciOccSetpoints"),
-            "{ 23 °C  25 °C  28 °C  21.5 °C  20 °C  16 °C } | "
-            "{ 20 °C  20 °C  20 °C  20 °C  20 °C  20 °C } | "
-            "{ -273.17 °C  -273.17 °C  -273.17 °C  -273.17 °C  -273.17 °C  -273.17 °C } | "
-            "{ 327.66 °C  327.66 °C  327.66 °C  327.66 °C  327.66 °C  327.66 °C }");
+  // A structure's default is its fields' catalogue defaults, not the value it was loaded with.
   EXPECT_EQ(shown("nciLampDefault"),
-            "{ 100 %  TOGGLE_ON } | { 0 %  TOGGLE_OFF } | { 0 %   } | "
-            "{ 100 %   }");
+            "{ 100 %  TOGGLE_ON } | { 0 %  TOGGLE_OFF } | { 0 %   } | { 100 %   }");
 
-  const auto occupancy = CpNamed(*profile, "nciOccSetpoints");
-  EXPECT_EQ(occupancy->IConfigProperty_Value(), "{ 23  25  28  21.5  20  16 }");
-  EXPECT_EQ(occupancy->IConfigProperty_DefaultValue(), "{ 23  25  28  21.5  20  16 }");
-  const auto setpoint = CpNamed(*profile, "nciSetpoint");
-  EXPECT_EQ(setpoint->IConfigProperty_SNVTType()->ISNVType_Min(), "10");
-  EXPECT_EQ(setpoint->IConfigProperty_SNVTType()->ISNVType_Max(), "30");
-  EXPECT_EQ(setpoint->IConfigProperty_RawValue(), "0866");
+  // A variable has no default.
+  const auto space = NvNamed(*profile, "nvoSpaceTemp");
+  space->INetworkVariable_Value("22,25");
+  EXPECT_EQ(DisplayTexts(*space), "22.25 °C |  °C | -273.17 °C | 327.66 °C");
 }
 
-TEST_F(CProfileTest, DecimalCommaShowsInValuesButNotInRawBytes) {
+TEST_F(CProfileTest, DecimalCommaShowsInSavedRecords) {
   const auto profile = NewProfile();
-  const test::ScopedDecimalSeparator comma(",");
-  documents.push_back(test::SharedDocument(test::kBundledProfile));
-  std::string name;
-  profile->IProfile_FriendSet(documents.back(), name, nullptr, catalogue, nvo_table, "");
-  const auto setpoint = CpNamed(*profile, "nciSetpoint");
-  EXPECT_EQ(DisplayTexts(*setpoint), "21,5 °C | 21,5 °C | -273,17 °C | 327,66 °C");
-  EXPECT_EQ(setpoint->IConfigProperty_RawValue(), "0866");
-  EXPECT_EQ(CpNamed(*profile, "nciOccSetpoints")->IConfigProperty_Value(),
-            "{ 23  25  28  21,5  20  16 }");
-  setpoint->IConfigProperty_XPosition(12.5);
+  const ScopedDecimalSeparator comma(",");
+  Load(profile, kBundledProfile);
+  CpNamed(*profile, "nciSetpoint")->IConfigProperty_XPosition(12.5);
   pugi::xml_document saved;
   profile->Iprofile_XmlSaveValue(saved.append_child("Device"), saved);
   const pugi::xml_node record = saved.select_node("//ApPoint[@Name='nciSetpoint']").node();
@@ -211,32 +120,247 @@ TEST_F(CProfileTest, DecimalCommaShowsInValuesButNotInRawBytes) {
   EXPECT_EQ(std::string(record.child("ExtendedInfo").attribute("Location").value()), "12,5;0");
 }
 
-TEST_F(CProfileTest, VariablesShowTheirValuesInDisplayUnits) {
-  const auto profile = Loaded(test::kBundledProfile);
-  const auto space = NvNamed(*profile, "nvoSpaceTemp");
-  space->INetworkVariable_Value("22,25");
-  EXPECT_EQ(space->INetworkVariable_Value(), "22.25");
-  EXPECT_EQ(DisplayTexts(*space), "22.25 °C |  °C | -273.17 °C | 327.66 °C");
-  EXPECT_EQ(space->INetworkVariable_RawValue(), "08B1");
-
-  // Structures start from the catalogue defaults of their fields.
-  EXPECT_EQ(NvNamed(*profile, "nviSetpoint")->INetworkVariable_DispValue(),
-            "{ 20 °C  20 °C  20 °C  20 °C  20 °C  20 °C }");
-  EXPECT_EQ(NvNamed(*profile, "nvoLamp")->INetworkVariable_DispValue(), "{ 0 %  TOGGLE_OFF }");
-  EXPECT_EQ(NvNamed(*profile, "nvoUnitStatus")->INetworkVariable_DispValue(),
-            "{ HVAC_AUTO  0 %  0 %  0 %  0 %  0 %  0 - }");
+// Adds an item with no available types; returns its name and point key as "name@key".
+std::string Add(IProfile& profile, int32_t kind, const std::string& type, const std::string& name,
+                const std::string& key = "") {
+  const auto item = profile.Iprofile_AddNetworkItem(kind, type, name, 1, nullptr, key);
+  if (const auto variable = std::dynamic_pointer_cast<INetworkVariable>(item)) {
+    return variable->INetworkVariable_Name() + "@" + variable->INetworkVariable_PointKey();
+  }
+  if (const auto property = std::dynamic_pointer_cast<IConfigProperty>(item)) {
+    return property->IConfigProperty_Name() + "@" + property->IConfigProperty_PointKey();
+  }
+  return item ? "?" : "null";
 }
 
-TEST_F(CProfileTest, LoadingWarnsOfEveryAssumedDefault) {
-  Loaded(test::kBundledProfile);
-  const std::string no_default = test::kNoDefault;
-  EXPECT_EQ(BoxTexts(), (std::vector<std::string>{
-                            "nciLocation" + no_default + "none assumed.",
-                            "nciBypassTime" + no_default + "0 assumed.",
-                            "nciLampDefault.value" + no_default + "0 assumed.",
-                            "nciLampDefault.state" + no_default + "0 assumed.",
-                        }));
+using CProfileHostTest = ProfileFixture;
+
+TEST_F(CProfileHostTest, AddedItemsGetUniqueNamesAndNewPointKeys) {
+  const auto profile = NewProfile();
+  EXPECT_EQ(Add(*profile, 2, "temp_p", "A"), "A@P1");
+  EXPECT_EQ(Add(*profile, 3, "time_sec", "A"), "A_1@P2");
+  EXPECT_EQ(Add(*profile, 2, "switch", "A"), "A_2@P3");
+  EXPECT_EQ(Add(*profile, 2, "temp_p", "nviSpaceTemperatureZone01"), "nviSpaceTemperatureZ@P4");
+  // The uncut name is the one checked, so a second long name may give the same cut name.
+  EXPECT_EQ(Add(*profile, 2, "temp_p", "nviSpaceTemperatureZone02"), "nviSpaceTemperatureZ@P5");
+  EXPECT_EQ(Add(*profile, 7, "temp_p", "B"), "null");
+  EXPECT_EQ(ErrorNumberOf([&] { Add(*profile, 2, "temp_p", "123"); }), 5);
+  EXPECT_EQ(std::pair(profile->IProfile_NumberNVOs(), profile->IProfile_NumberCPs()),
+            std::pair(4, 1));
+
+  // A long name that is taken is cut to make room for its suffix.
+  EXPECT_EQ(Add(*profile, 3, "temp_p", "nviSpaceTemperatureZ"), "nviSpaceTemperatur_1@P6");
+
+  // An added input is not yet exported and is offered its outputs at once.
+  const auto types = std::make_shared<CNVOCompatibleSNVTs>();
+  const auto added = NotNull(std::dynamic_pointer_cast<INetworkVariable>(
+      profile->Iprofile_AddNetworkItem(2, "temp_p", "nviTemp", 0, types, "P40")));
+  EXPECT_EQ(std::tuple(added->INetworkVariable_Direction(), added->INetworkVariable_Index(),
+                       added->INetworkVariable_ConnectionIndex()),
+            std::tuple(0, 4, -1));
+  EXPECT_EQ(Identifiers(added->INetworkVariable_SNVTCompatibles()), "temp_p,temp,temp_f");
+  EXPECT_TRUE(boxes.boxes.empty());
+}
+
+TEST_F(CProfileHostTest, NewPointKeysFollowTheHighestInUse) {
+  const auto profile = NewProfile();
+  EXPECT_EQ(Add(*profile, 2, "temp_p", "first", "P3"), "first@P3");
+  EXPECT_EQ(Add(*profile, 3, "time_sec", "second", "P7"), "second@P7");
+  EXPECT_EQ(Add(*profile, 2, "lux", "third"), "third@P8");
+  EXPECT_EQ(Add(*profile, 3, "count", "fourth"), "fourth@P9");
+
+  // Keys of a loaded profile count as well.
+  EXPECT_EQ(Add(*Loaded(), 2, "temp_p", "nvoExtra"), "nvoExtra@P20");
+}
+
+// Records what the profile hands the generator.
+class RecordingGenerator final : public IXIFAndTypesGen {
+ public:
+  void Source(const std::string& value) override { calls.push_back("Source=" + value); }
+  void OutputFolder(const std::string& value) override { calls.push_back("Output=" + value); }
+  void XifFile(const std::string& value) override { calls.push_back("Xif=" + value); }
+  void TypesFolder(const std::string& value) override { calls.push_back("Types=" + value); }
+  void ResourceCatalogue(const std::string& value) override { calls.push_back("Cat=" + value); }
+  int32_t Generate() override {
+    calls.push_back("Generate");
+    return status;
+  }
+  int32_t status = 0;
+  std::vector<std::string> calls;
+};
+
+TEST_F(CProfileHostTest, GeneratorGetsFoldersBesideTheCatalogue) {
+  struct RestoreFolder {
+    ~RestoreFolder() { SetComponentFolder(""); }
+  } restore;
+  const TempFolder temp;
+  const std::string component = temp.path + "/bin/lib";
+  std::filesystem::create_directories(component);
+  SetComponentFolder(component);
+  const auto profile = Loaded();
+  EXPECT_EQ(profile->Iprofile_XIFandTypegenerate("Room"), 429);
+
+  const auto generator = std::make_shared<RecordingGenerator>();
+  const ScopedComponent registered("TarnXIFandTypesGen.XIFAndTypesGen", [&] { return generator; });
+  const auto expected = [](const std::string& base) {
+    return std::vector<std::string>{
+        "Source=Profile",          "Output=" + base + "LON", "Xif=" + base + "LON/Room.xif",
+        "Types=" + base + "Types", "Cat=LDRF.CAT",           "Generate"};
+  };
+  EXPECT_EQ(profile->Iprofile_XIFandTypegenerate("Room"), 0);
+  EXPECT_EQ(generator->calls, expected(component + "/../../../"));
+
+  temp.Write("snvts.xml", "<SNVTS/>");
+  generator->calls.clear();
+  generator->status = 3;
+  EXPECT_EQ(profile->Iprofile_XIFandTypegenerate("Room"), 3);
+  EXPECT_EQ(generator->calls, expected(component + "/../../"));
+}
+
+TEST_F(CProfileHostTest, DamagedDocumentLoadsWhatItCan) {
+  const auto profile = Loaded(KOLVANE_SOURCE_DIR "/tests/data/profile-bad.xml");
+  EXPECT_EQ(profile->IProfile_Name(), "Broken");
+  // The stray text among the variables and among the properties becomes an item of its own.
+  EXPECT_EQ(std::tuple(profile->IProfile_NumberNVIs(), profile->IProfile_NumberNVOs(),
+                       profile->IProfile_NumberCPs()),
+            std::tuple(3, 3, 4));
+  EXPECT_NE(NvNamed(*profile, ""), nullptr);
+
+  const auto untyped = NvNamed(*profile, "nviNoType");
+  EXPECT_EQ(untyped->INetworkVariable_SNVTType()->ISNVType_GenType() + "|" +
+                untyped->INetworkVariable_PointKey(),
+            "|P1");
+  const auto undirected = NvNamed(*profile, "nvoNoDirection");
+  EXPECT_EQ(
+      std::tuple(undirected->INetworkVariable_Direction(), undirected->INetworkVariable_XPosition(),
+                 undirected->INetworkVariable_ConnectionIndex()),
+      std::tuple(1, 0.0, 1));
+  EXPECT_EQ(Identifiers(undirected->INetworkVariable_SNVTCompatibles()), "temp_p,temp,temp_f");
+  const auto unknown = NvNamed(*profile, "nviUnknown");
+  EXPECT_EQ(unknown->INetworkVariable_SNVTType()->ISNVType_ID() + "|" +
+                unknown->INetworkVariable_PointKey() + "|" +
+                Identifiers(unknown->INetworkVariable_SNVTCompatibles()),
+            "temp_kelvin||");
+  EXPECT_EQ(NvNamed(*profile, "nviLowerIn")->INetworkVariable_Direction(), 1);
+  EXPECT_EQ(NvNamed(*profile, "nviGood")->INetworkVariable_YPosition(), 40);
+  EXPECT_EQ(CpNamed(*profile, "nciGood")->IConfigProperty_Value(), "45");
+  EXPECT_EQ(CpNamed(*profile, "nciOldType")->IConfigProperty_SNVTType()->ISNVType_ID(), "");
+
+  const auto no_type = [](const std::string& name) -> MessageBoxRecorder::Box {
+    return {name + ": SNVT Type not defined into the XML file of the profile", vbCritical,
+            "Warning"};
+  };
+  EXPECT_EQ(boxes.boxes, (Boxes{no_type("nciNoType"), no_type(""), no_type("nciOldType")}));
+
+  // Every item shows its texts and saves without an error.
+  for (const auto& variable : profile->IProfile_NVs()->INetworkVariables_NewEnum()) {
+    EXPECT_EQ(ErrorNumberOf([&] { DisplayTexts(*variable); }), 0)
+        << variable->INetworkVariable_Name();
+  }
+  for (const auto& property : profile->IProfile_CPs()->IConfigProperties_NewEnum()) {
+    EXPECT_EQ(ErrorNumberOf([&] { DisplayTexts(*property); }), 0)
+        << property->IConfigProperty_Name();
+  }
+  pugi::xml_document saved;
+  profile->Iprofile_XmlSaveValue(saved.append_child("Device"), saved);
+  EXPECT_EQ(std::distance(saved.document_element().first_child().begin(),
+                          saved.document_element().first_child().end()),
+            10);
+}
+
+// node printed with two-blank indentation, as the expected files in tests/data are written.
+std::string Indented(pugi::xml_node node) {
+  std::ostringstream text;
+  node.print(text, "  ", pugi::format_indent);
+  return text.str();
+}
+
+using CProfileSaveTest = ProfileFixture;
+
+TEST_F(CProfileSaveTest, BothFormsWriteOneRecordPerItemVariablesFirst) {
+  // The bundled profile after a few edits and the removal of nvoCO2 and nciMaxSendTime.
+  const auto profile = Loaded();
+  NvNamed(*profile, "nvoSpaceTemp")->INetworkVariable_Value("22.25");
+  NvNamed(*profile, "nviSetpoint")->INetworkVariable_Value("23 25 28 21 19 16");
+  NvNamed(*profile, "nvoHeatOutput")->INetworkVariable_Value("45,5");
+  NvNamed(*profile, "nvoAlarmText")->INetworkVariable_Value("  Filter dirty  ");
+  const auto setpoint = CpNamed(*profile, "nciSetpoint");
+  setpoint->IConfigProperty_Value("22");
+  setpoint->IConfigProperty_XPosition(700.25);
+  setpoint->IConfigProperty_YPosition(80);
+  Globals::NeedSaveFlag = Globals::DisplayIncompatibleFlag = false;
+  profile->IProfile_NVs()->INetworkVariables_Remove(NvNamed(*profile, "nvoCO2"));
+  profile->IProfile_CPs()->IConfigProperties_Remove(CpNamed(*profile, "nciMaxSendTime"));
+  EXPECT_TRUE(profile->IProfile_NeedSave());
+  EXPECT_TRUE(profile->IProfile_DisplayIncompatible());
+
+  pugi::xml_document stored;
+  EXPECT_EQ(profile->Iprofile_XmlSaveValue(stored.append_child("Device"), stored), 0);
+  EXPECT_FALSE(profile->IProfile_NeedSave());
+  EXPECT_FALSE(profile->IProfile_DisplayIncompatible());
+  EXPECT_EQ(Indented(stored.document_element()),
+            FileText(KOLVANE_SOURCE_DIR "/tests/data/profile-saved.xml"));
+
+  Globals::NeedSaveFlag = Globals::DisplayIncompatibleFlag = true;
+  pugi::xml_document interoperable;
+  EXPECT_EQ(profile->Iprofile_SaveValueForInteroperability(interoperable.append_child("Device"),
+                                                           interoperable),
+            0);
+  EXPECT_FALSE(profile->IProfile_NeedSave());
+  EXPECT_FALSE(profile->IProfile_DisplayIncompatible());
+  EXPECT_EQ(Indented(interoperable.document_element()),
+            FileText(KOLVANE_SOURCE_DIR "/tests/data/profile-saved-interop.xml"));
+}
+
+TEST_F(CProfileSaveTest, EverySaveAppendsItsOwnElement) {
+  pugi::xml_document document;
+  pugi::xml_node root = document.append_child("Device");
+  EXPECT_EQ(NewProfile()->Iprofile_XmlSaveValue(root, document), 0);
+  EXPECT_EQ(XmlText(root), "<Device><ApplicationProfile/></Device>");
+
+  const auto profile = Loaded();
+  profile->Iprofile_XmlSaveValue(root, document);
+  profile->Iprofile_SaveValueForInteroperability(root, document);
+  std::vector<size_t> records;
+  for (pugi::xml_node application : root.children("ApplicationProfile")) {
+    records.push_back(std::distance(application.begin(), application.end()));
+  }
+  EXPECT_EQ(records, (std::vector<size_t>{0, 29, 29}));
+  EXPECT_EQ(root.last_child().first_child().attribute("ItemKey").as_string(),
+            std::string("PGeneric_Profile\\NVS\\NV1"));
+}
+
+TEST_F(CProfileSaveTest, GenericListTakesItemsWithPermanentAsProperties) {
+  documents.push_back(Parsed(R"(<Items>
+      <ApPoint Key="P4" Name="nviTemp" Direction="In" Type="temp_p">
+        <ExtendedInfo Location="10;20" ExportIndex="3"/></ApPoint>
+      <!-- a comment is no item -->
+      <ApPoint Key="P5" Name="nciDelay" Direction="In" Type="time_sec" Value="30" Permanent="0">
+        <ExtendedInfo Location="50;60" ExportIndex="4"/></ApPoint>
+      <ApPoint Key="P6" Name="nvoFlow" Direction="Out" Type="flow"/>
+    </Items>)"));
+  const auto profile = NewProfile();
+  auto parent = std::make_shared<FakeHost>();
+  profile->IProfile_XmlLoad(documents.back()->document_element(), parent);
+  EXPECT_EQ(profile->IProfile_Name() + " " + profile->IProfile_GlobalKey(),
+            "GenericProfile PGenericProfile");
+  EXPECT_EQ(profile->IProfile_Parent(), parent);
+  EXPECT_EQ(std::tuple(profile->IProfile_NumberNVIs(), profile->IProfile_NumberNVOs(),
+                       profile->IProfile_NumberCPs()),
+            std::tuple(1, 1, 1));
+
+  const auto temp = NotNull(NvNamed(*profile, "nviTemp"));
+  EXPECT_EQ(temp->INetworkVariable_PointKey(), "P4");
+  EXPECT_EQ(Identifiers(temp->INetworkVariable_SNVTCompatibles()), "temp_p,temp,temp_f");
+  const auto delay = NotNull(CpNamed(*profile, "nciDelay"));
+  EXPECT_EQ(delay->IConfigProperty_Value() + " " + delay->IConfigProperty_PointKey() + " " +
+                delay->IConfigProperty_GlobalKey(),
+            "30 P5 PGeneric_Profile\\CPS\\CP1");
+  EXPECT_EQ(delay->IConfigProperty_XPosition(), 50);
+  EXPECT_EQ(NvNamed(*profile, "nvoFlow")->INetworkVariable_GlobalKey(),
+            "PGeneric_Profile\\NVS\\NV2");
+  EXPECT_TRUE(boxes.boxes.empty());
 }
 
 }  // namespace
-}  // namespace kolvane
+}  // namespace kolvane::test

