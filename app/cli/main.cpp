@@ -1,6 +1,8 @@
 // kolvane: inspect, check and edit LonWorks device profiles from the shell.
 
 #include <iostream>
+#include <string>
+#include <vector>
 
 #include <CLI/CLI.hpp>
 
@@ -50,14 +52,19 @@ int main(int argc, char** argv) {
 
   kolvane::cli::GetOptions get;
   CLI::App* get_command = app.add_subcommand("get", "The value of an item or field.");
-  get_command->add_option("PROFILE", get.profile, "Profile document")->required();
-  get_command->add_option("ITEM", get.item, "Item, or item.field[.field...]")->required();
+  std::vector<std::string> get_arguments;
+  get_command
+      ->add_option("[PROFILE] ITEM", get_arguments,
+                   "Profile document (the bundled example when left out), then the item, or "
+                   "item.field[.field...]")
+      ->required()
+      ->expected(1, 2);
   AddCommonOptions(get_command, get.common, true);
 
   kolvane::cli::SaveOptions save;
   CLI::App* save_command = app.add_subcommand(
       "save", "Write the values document (stored or interoperability form), after setting values.");
-  save_command->add_option("PROFILE", save.profile, "Profile document")->required();
+  AddProfile(save_command, save.profile);
   save_command->add_option("-o,--output", save.output, "Values document to write")->required();
   save_command->add_option("--set", save.assignments, "ITEM[.FIELD...]=VALUE, applied in order");
   save_command->add_flag("--interop", save.interoperability, "Interoperability form");
@@ -102,7 +109,11 @@ int main(int argc, char** argv) {
 
   using namespace kolvane::cli;
   if (app.got_subcommand(show_command)) return RunShow(show, std::cout, std::cerr);
-  if (app.got_subcommand(get_command)) return RunGet(get, std::cout, std::cerr);
+  if (app.got_subcommand(get_command)) {
+    get.item = get_arguments.back();
+    if (get_arguments.size() == 2) get.profile = get_arguments.front();
+    return RunGet(get, std::cout, std::cerr);
+  }
   if (app.got_subcommand(save_command)) return RunSave(save, std::cout, std::cerr);
   if (app.got_subcommand(check_command)) return RunCheck(check, std::cout, std::cerr);
   if (app.got_subcommand(types_command)) return RunTypes(types, std::cout, std::cerr);
