@@ -4,12 +4,9 @@
 
 #include "conversion/SNVTDataConversion.h"
 #include "conversion/ValueCodec.h"
+#include "dialogs/EditDialog.h"
 #include "dialogs/ValueDialog.h"
-#include "dialogs/frmCPModif1.h"
-#include "dialogs/frmCPModif2.h"
-#include "dialogs/frmCPModif3.h"
 #include "dialogs/frmCPModif4.h"
-#include "dialogs/frmCPModif5.h"
 #include "fields/CField.h"
 #include "fields/CFields.h"
 #include "foundation/ConnectionCount.h"
@@ -318,17 +315,7 @@ void CConfigProperty::InitType(const std::string& default_candidate,
   }
   value_ = default_value_;
 
-  if (codec::IsNumericKind(kind)) {
-    editor_ = std::make_shared<frmCPModif1>();
-  } else if (kind == "Textual") {
-    editor_ = std::make_shared<frmCPModif2>();
-  } else if (kind == "Enum") {
-    editor_ = std::make_shared<frmCPModif3>();
-  } else if (kind == "Struct") {
-    editor_ = std::make_shared<frmCPModif4>();
-  } else if (kind == "Bitfield") {
-    editor_ = std::make_shared<frmCPModif5>();
-  }
+  editor_ = internal::MakeEditDialog(kind);
 }
 
 codec::PointRecord CConfigProperty::PointRecord() const {

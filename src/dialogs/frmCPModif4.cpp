@@ -1,10 +1,7 @@
 #include "dialogs/frmCPModif4.h"
 
-#include "conversion/ValueCodec.h"
-#include "dialogs/frmCPModif1.h"
-#include "dialogs/frmCPModif2.h"
-#include "dialogs/frmCPModif3.h"
-#include "dialogs/frmCPModif5.h"
+#include "dialogs/EditDialog.h"
+#include "dialogs/ValueDialog.h"
 #include "foundation/HostServices.h"
 #include "foundation/Text.h"
 #include "interfaces/IField.h"
@@ -14,15 +11,6 @@ namespace kolvane {
 namespace {
 
 constexpr int16_t kRightButton = 2;
-
-// Shows a dialog that edits one value for a field of the structure.
-template <class Dialog>
-void EditValue(const std::shared_ptr<IField>& field) {
-  auto dialog = std::make_shared<Dialog>();
-  dialog->CalledFramModif4(true);
-  dialog->DataPoint(field);
-  dialog->Show();
-}
 
 }  // namespace
 
@@ -65,23 +53,20 @@ void frmCPModif4::EditSelectedField() {
   const auto fields = items_.front().fields();
   const auto field = fields ? fields->IFields_Item(row.Key) : nullptr;
   if (!field) return;
-  const std::string kind = field->IField_SNVTType() ? field->IField_SNVTType()->ISNVType_GenType() : "";
-  if (kind == "Bitfield") {
-    EditValue<frmCPModif5>(field);
-  } else if (codec::IsNumericKind(kind)) {
-    EditValue<frmCPModif1>(field);
-  } else if (kind == "Enum") {
-    EditValue<frmCPModif3>(field);
-  } else if (kind == "Textual") {
-    EditValue<frmCPModif2>(field);
-  } else if (kind == "Struct") {
-    auto dialog = std::make_shared<frmCPModif4>();
-    dialog->DataPoint(field);
-    dialog->Show();
-  } else {
+  const std::string kind =
+      field->IField_SNVTType() ? field->IField_SNVTType()->ISNVType_GenType() : "";
+  const std::shared_ptr<Form> dialog = internal::MakeEditDialog(kind);
+  if (!dialog) {
     MsgBox("Unknown or Not modificable Attribute", vbExclamation, "Edit Value");
     return;
   }
+  if (const auto value_dialog = std::dynamic_pointer_cast<ValueDialog>(dialog)) {
+    value_dialog->CalledFramModif4(true);
+    value_dialog->DataPoint(field);
+  } else if (const auto structure = std::dynamic_pointer_cast<frmCPModif4>(dialog)) {
+    structure->DataPoint(field);
+  }
+  dialog->Show();
   row.SubItems = {field->IField_DispValue()};
   row.Tag = field->IField_Value();
 }

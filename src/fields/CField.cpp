@@ -2,11 +2,7 @@
 
 #include "conversion/SNVTDataConversion.h"
 #include "conversion/ValueCodec.h"
-#include "dialogs/frmCPModif1.h"
-#include "dialogs/frmCPModif2.h"
-#include "dialogs/frmCPModif3.h"
-#include "dialogs/frmCPModif4.h"
-#include "dialogs/frmCPModif5.h"
+#include "dialogs/EditDialog.h"
 #include "fields/CFields.h"
 #include "foundation/ConnectionCount.h"
 #include "foundation/ContinueOnError.h"
@@ -267,19 +263,7 @@ void CField::InitFromType(const std::string& type_name) {
     });
     value_ = default_value_;
   }
-  ContinueOnError([&] {
-    if (numeric) {
-      edit_dialog_ = std::make_shared<frmCPModif1>();
-    } else if (kind == "Textual") {
-      edit_dialog_ = std::make_shared<frmCPModif2>();
-    } else if (kind == "Enum") {
-      edit_dialog_ = std::make_shared<frmCPModif3>();
-    } else if (kind == "Struct") {
-      edit_dialog_ = std::make_shared<frmCPModif4>();
-    } else if (kind == "Bitfield") {
-      edit_dialog_ = std::make_shared<frmCPModif5>();
-    }
-  });
+  ContinueOnError([&] { edit_dialog_ = internal::MakeEditDialog(kind); });
   if (kind != "Struct") return;
   ContinueOnError([&] {
     fields_ = std::make_shared<CFields>();

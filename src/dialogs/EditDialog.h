@@ -1,0 +1,15 @@
+#pragma once
+
+#include <memory>
+#include <string>
+
+#include "dialogs/Form.h"
+
+namespace kolvane::internal {
+
+// A new dialog that edits a value of a type kind: frmCPModif1 for the numeric kinds,
+// frmCPModif2 "Textual", frmCPModif3 "Enum", frmCPModif4 "Struct", frmCPModif5 "Bitfield";
+// nullptr for any other kind.
+std::shared_ptr<Form> MakeEditDialog(const std::string& kind);
+
+}  // namespace kolvane::internal
