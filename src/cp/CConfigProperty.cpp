@@ -5,8 +5,6 @@
 #include "conversion/SNVTDataConversion.h"
 #include "conversion/ValueCodec.h"
 #include "dialogs/EditDialog.h"
-#include "dialogs/ValueDialog.h"
-#include "dialogs/frmCPModif4.h"
 #include "fields/CField.h"
 #include "fields/CFields.h"
 #include "foundation/ConnectionCount.h"
@@ -407,11 +405,7 @@ std::shared_ptr<IFields> CConfigProperty::DataPointFields() const { return field
 
 void CConfigProperty::ShowEditor() {
   if (!editor_) RaiseError(ErrorNumber::kObjectNotSet, "no editor for the property's type");
-  if (auto dialog = std::dynamic_pointer_cast<ValueDialog>(editor_)) {
-    dialog->DataPoint(shared_from_this());
-  } else if (auto structure = std::dynamic_pointer_cast<frmCPModif4>(editor_)) {
-    structure->DataPoint(shared_from_this());
-  }
+  internal::SetDataPoint(*editor_, shared_from_this(), false);
   editor_->Show();
 }
 

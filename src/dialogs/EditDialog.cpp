@@ -18,4 +18,13 @@ std::shared_ptr<Form> MakeEditDialog(const std::string& kind) {
   return nullptr;
 }
 
+void SetDataPoint(Form& dialog, const std::shared_ptr<IUnknown>& item, bool from_structure) {
+  if (auto* value_dialog = dynamic_cast<ValueDialog*>(&dialog)) {
+    value_dialog->CalledFramModif4(from_structure);
+    value_dialog->DataPoint(item);
+  } else if (auto* structure = dynamic_cast<frmCPModif4*>(&dialog)) {
+    structure->DataPoint(item);
+  }
+}
+
 }  // namespace kolvane::internal

@@ -4,6 +4,7 @@
 #include <string>
 
 #include "dialogs/Form.h"
+#include "interfaces/IUnknown.h"
 
 namespace kolvane::internal {
 
@@ -11,5 +12,9 @@ namespace kolvane::internal {
 // frmCPModif2 "Textual", frmCPModif3 "Enum", frmCPModif4 "Struct", frmCPModif5 "Bitfield";
 // nullptr for any other kind.
 std::shared_ptr<Form> MakeEditDialog(const std::string& kind);
+
+// Hands item to an edit dialog as its DataPoint; from_structure sets CalledFramModif4 on a
+// dialog that edits one value.
+void SetDataPoint(Form& dialog, const std::shared_ptr<IUnknown>& item, bool from_structure);
 
 }  // namespace kolvane::internal

@@ -1,7 +1,6 @@
 #include "dialogs/frmCPModif4.h"
 
 #include "dialogs/EditDialog.h"
-#include "dialogs/ValueDialog.h"
 #include "foundation/HostServices.h"
 #include "foundation/Text.h"
 #include "interfaces/IField.h"
@@ -60,12 +59,7 @@ void frmCPModif4::EditSelectedField() {
     MsgBox("Unknown or Not modificable Attribute", vbExclamation, "Edit Value");
     return;
   }
-  if (const auto value_dialog = std::dynamic_pointer_cast<ValueDialog>(dialog)) {
-    value_dialog->CalledFramModif4(true);
-    value_dialog->DataPoint(field);
-  } else if (const auto structure = std::dynamic_pointer_cast<frmCPModif4>(dialog)) {
-    structure->DataPoint(field);
-  }
+  internal::SetDataPoint(*dialog, field, true);
   dialog->Show();
   row.SubItems = {field->IField_DispValue()};
   row.Tag = field->IField_Value();
