@@ -113,6 +113,19 @@ void SetValueOf(const ItemRef& item, const std::string& value) {
     cp->IConfigProperty_Value(value);
   } else if (auto field = std::dynamic_pointer_cast<IField>(item.object)) {
     field->IField_Value(value);
+    // A network variable's fields take their values from its value text whenever that is
+    // read (saving reads it): join the fields into it, as the structure dialog does.
+    std::shared_ptr<IUnknown> owner = field->IField_Parent();
+    while (auto enclosing = std::dynamic_pointer_cast<IField>(owner)) {
+      owner = enclosing->IField_Parent();
+    }
+    if (auto nv = std::dynamic_pointer_cast<INetworkVariable>(owner)) {
+      std::string joined;
+      for (const auto& sibling : nv->INetworkVariable_Fields()->IFields_NewEnum()) {
+        joined += (joined.empty() ? "" : " ") + sibling->IField_Value();
+      }
+      nv->INetworkVariable_Value(joined);
+    }
   }
 }
 

@@ -209,6 +209,16 @@ int RunSave(const SaveOptions& options, std::ostream& out, std::ostream& err) {
       return 1;
     }
     const std::string value = assignment.substr(equals + 1);
+    if (item.type && codec::IsNumericKind(item.type->ISNVType_GenType()) && value != "Invalid") {
+      std::string number = value;
+      if (const size_t comma = number.find(','); comma != std::string::npos) number[comma] = '.';
+      try {
+        ParseNumber(number);
+      } catch (const Error&) {
+        err << "kolvane: error: " << item.path << ": \"" << value << "\" is not a number\n";
+        return 1;
+      }
+    }
     SetValueOf(item, value);
     const int32_t length = item.type ? item.type->ISNVType_Length() : 0;
     if (RawOf(item).size() != 2 * static_cast<size_t>(length)) {
