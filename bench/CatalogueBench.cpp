@@ -24,8 +24,9 @@ std::shared_ptr<pugi::xml_document> SyntheticCatalogue(int count) {
            "<B_COEF>-2</B_COEF><C_COEF>0</C_COEF><MIN>-273.17</MIN><MAX>327.66</MAX></SNVT_" +
            id + ">";
   }
-  xml += "<SNVT_last><NAME>last</NAME><TYPE>Enum</TYPE><Enums><OFF>0</OFF><ON>1</ON></Enums>"
-         "</SNVT_last></SNVTS>";
+  xml +=
+      "<SNVT_last><NAME>last</NAME><TYPE>Enum</TYPE><Enums><OFF>0</OFF><ON>1</ON></Enums>"
+      "</SNVT_last></SNVTS>";
   auto document = std::make_shared<pugi::xml_document>();
   document->load_string(xml.c_str());
   return document;

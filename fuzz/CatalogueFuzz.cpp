@@ -11,9 +11,8 @@
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   static const bool quiet = [] {
-    kolvane::SetMessageBoxHandler([](const std::string&, int32_t, const std::string&) {
-      return kolvane::vbOK;
-    });
+    kolvane::SetMessageBoxHandler(
+        [](const std::string&, int32_t, const std::string&) { return kolvane::vbOK; });
     return true;
   }();
   (void)quiet;

@@ -22,9 +22,8 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   static const auto catalogue = Load(KOLVANE_SOURCE_DIR "/examples/snvts.xml");
   static const auto table = Load(KOLVANE_SOURCE_DIR "/examples/nvotable.xml");
   static const bool quiet = [] {
-    kolvane::SetMessageBoxHandler([](const std::string&, int32_t, const std::string&) {
-      return kolvane::vbOK;
-    });
+    kolvane::SetMessageBoxHandler(
+        [](const std::string&, int32_t, const std::string&) { return kolvane::vbOK; });
     return true;
   }();
   (void)quiet;

@@ -49,8 +49,9 @@ std::string Closest(const std::string& wanted, const std::vector<ItemRef>& items
 std::vector<ItemRef> TopItems(const IProfile& profile) {
   std::vector<ItemRef> items;
   for (const auto& nv : profile.IProfile_NVs()->INetworkVariables_NewEnum()) {
-    items.push_back({nv->INetworkVariable_Name(), nv->INetworkVariable_Direction() == 0 ? "in" : "out",
-                     nv, nv->INetworkVariable_SNVTType(), nv->INetworkVariable_Fields()});
+    items.push_back({nv->INetworkVariable_Name(),
+                     nv->INetworkVariable_Direction() == 0 ? "in" : "out", nv,
+                     nv->INetworkVariable_SNVTType(), nv->INetworkVariable_Fields()});
   }
   for (const auto& cp : profile.IProfile_CPs()->IConfigProperties_NewEnum()) {
     items.push_back({cp->IConfigProperty_Name(), "cp", cp, cp->IConfigProperty_SNVTType(),

@@ -23,7 +23,9 @@ class JsonWriter {
   JsonWriter& Number(long long value);
   JsonWriter& Bool(bool value);
   // A member with a string value.
-  JsonWriter& Member(std::string_view key, std::string_view value) { return Key(key).String(value); }
+  JsonWriter& Member(std::string_view key, std::string_view value) {
+    return Key(key).String(value);
+  }
 
  private:
   void Separate();

@@ -29,18 +29,16 @@ Counts CountItems(const IProfile& profile) {
           profile.IProfile_NumberCPs()};
 }
 
-std::string TypeName(const ItemRef& item) {
-  return item.type ? item.type->ISNVType_ID() : "";
-}
+std::string TypeName(const ItemRef& item) { return item.type ? item.type->ISNVType_ID() : ""; }
 
 void AddRows(Table& table, const ItemRef& item, const std::string& indent) {
   const auto texts = DisplayOf(item);
   // A structure's limits are its fields'.
-  const std::string limits = item.fields || (texts[2].empty() && texts[3].empty())
-                                 ? ""
-                                 : texts[2] + " .. " + texts[3];
-  table.AddRow({indent + item.path.substr(item.path.rfind('.') + 1), indent.empty() ? item.kind : "",
-                TypeName(item), texts[0], texts[1], limits, RawOf(item)});
+  const std::string limits =
+      item.fields || (texts[2].empty() && texts[3].empty()) ? "" : texts[2] + " .. " + texts[3];
+  table.AddRow({indent + item.path.substr(item.path.rfind('.') + 1),
+                indent.empty() ? item.kind : "", TypeName(item), texts[0], texts[1], limits,
+                RawOf(item)});
   for (const ItemRef& field : FieldsOf(item)) AddRows(table, field, indent + "  ");
 }
 
@@ -67,9 +65,12 @@ void WriteItem(JsonWriter& json, const ItemRef& item) {
 void WriteCounts(JsonWriter& json, const Counts& counts) {
   json.Key("counts")
       .BeginObject()
-      .Key("inputs").Number(counts.inputs)
-      .Key("outputs").Number(counts.outputs)
-      .Key("properties").Number(counts.properties)
+      .Key("inputs")
+      .Number(counts.inputs)
+      .Key("outputs")
+      .Number(counts.outputs)
+      .Key("properties")
+      .Number(counts.properties)
       .EndObject();
 }
 
@@ -157,8 +158,9 @@ int RunShow(const ShowOptions& options, std::ostream& out, std::ostream& err) {
   for (const ItemRef& item : items) AddRows(table, item, "");
   out << "Profile " << profile->IProfile_Name() << "\n\n";
   table.Print(out);
-  out << "\n" << counts.inputs << " inputs, " << counts.outputs << " outputs, "
-      << counts.properties << " configuration properties\n";
+  out << "\n"
+      << counts.inputs << " inputs, " << counts.outputs << " outputs, " << counts.properties
+      << " configuration properties\n";
   return 0;
 }
 
@@ -257,8 +259,9 @@ int RunCheck(const CheckOptions& options, std::ostream& out, std::ostream& err) 
     const bool error = message.text.find("has a bad type") != std::string::npos ||
                        message.text.find("SNVT Type not defined") != std::string::npos;
     const size_t colon = message.text.find(": ");
-    findings.push_back({error, colon == std::string::npos ? "" : message.text.substr(0, colon),
-                        colon == std::string::npos ? message.text : message.text.substr(colon + 2)});
+    findings.push_back(
+        {error, colon == std::string::npos ? "" : message.text.substr(0, colon),
+         colon == std::string::npos ? message.text : message.text.substr(colon + 2)});
   }
   std::map<std::string, int> names;
   for (const ItemRef& item : TopItems(*profile)) {

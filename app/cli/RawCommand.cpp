@@ -27,10 +27,10 @@ int RunRaw(const RawOptions& options, std::ostream& out, std::ostream& err) {
   }
   std::string raw;
   try {
-    SNVTDataConversion::internal::AppendValueToRaw(
-        raw, options.value, kind, type.ISNVType_Length(),
-        static_cast<int16_t>(type.ISNVType_ACoef()), static_cast<int16_t>(type.ISNVType_BCoef()),
-        static_cast<int16_t>(type.ISNVType_CCoef()));
+    SNVTDataConversion::internal::AppendValueToRaw(raw, options.value, kind, type.ISNVType_Length(),
+                                                   static_cast<int16_t>(type.ISNVType_ACoef()),
+                                                   static_cast<int16_t>(type.ISNVType_BCoef()),
+                                                   static_cast<int16_t>(type.ISNVType_CCoef()));
   } catch (const Error& error) {
     err << "kolvane: error: \"" << options.value << "\" has no raw form as " << name << ": "
         << error.what() << '\n';

@@ -16,10 +16,11 @@ constexpr long kProgressStep = 500;
 
 Session::Session(const CommonOptions& options, std::ostream& err)
     : options_(options), err_(err), progress_(!options.quiet && isatty(STDERR_FILENO) == 1) {
-  previous_boxes_ = SetMessageBoxHandler(
-      [this](const std::string& text, int32_t, const std::string& title) {
+  previous_boxes_ =
+      SetMessageBoxHandler([this](const std::string& text, int32_t, const std::string& title) {
         messages_.push_back({title.empty() ? "Kolvane" : title, text});
-        if (!options_.json && !options_.quiet) err_ << messages_.back().title << ": " << text << '\n';
+        if (!options_.json && !options_.quiet)
+          err_ << messages_.back().title << ": " << text << '\n';
         return vbOK;
       });
   previous_yield_ = SetYieldHandler([this] {

@@ -14,8 +14,8 @@ namespace {
 
 std::string Coefficients(const CSNVTType& type) {
   if (type.ISNVType_LUIType() != "Numeric") return "";
-  return std::to_string(type.ISNVType_ACoef()) + "," + std::to_string(type.ISNVType_BCoef()) +
-         "," + std::to_string(type.ISNVType_CCoef());
+  return std::to_string(type.ISNVType_ACoef()) + "," + std::to_string(type.ISNVType_BCoef()) + "," +
+         std::to_string(type.ISNVType_CCoef());
 }
 
 std::string Range(const CSNVTType& type) {
@@ -65,11 +65,10 @@ int RunTypes(const TypesOptions& options, std::ostream& out, std::ostream& err) 
     }
     CSNVTType& type = loaded.emplace_back();
     type.Load(id);
-    table.AddRow({type.ISNVType_ID(), type.ISNVType_GenType(),
-                  Bytes(type), Coefficients(type), Range(type),
-                  type.ISNVType_InvalidValue(), type.ISNVType_Units(),
-                  type.ISNVType_BACnetUnits()},
-                 Note(type));
+    table.AddRow(
+        {type.ISNVType_ID(), type.ISNVType_GenType(), Bytes(type), Coefficients(type), Range(type),
+         type.ISNVType_InvalidValue(), type.ISNVType_Units(), type.ISNVType_BACnetUnits()},
+        Note(type));
   }
   if (options.common.json) {
     JsonWriter json(out);
@@ -78,10 +77,14 @@ int RunTypes(const TypesOptions& options, std::ostream& out, std::ostream& err) 
       json.BeginObject()
           .Member("id", type.ISNVType_ID())
           .Member("kind", type.ISNVType_GenType())
-          .Key("length").Number(type.ISNVType_Length())
-          .Key("a").Number(type.ISNVType_ACoef())
-          .Key("b").Number(type.ISNVType_BCoef())
-          .Key("c").Number(type.ISNVType_CCoef())
+          .Key("length")
+          .Number(type.ISNVType_Length())
+          .Key("a")
+          .Number(type.ISNVType_ACoef())
+          .Key("b")
+          .Number(type.ISNVType_BCoef())
+          .Key("c")
+          .Number(type.ISNVType_CCoef())
           .Member("min", type.ISNVType_Min())
           .Member("max", type.ISNVType_Max())
           .Member("invalid", type.ISNVType_InvalidValue())

@@ -45,8 +45,9 @@ int main(int argc, char** argv) {
 
   kolvane::cli::ShowOptions show;
   CLI::App* show_command = app.add_subcommand(
-      "show", "Every network variable and configuration property: type, value, default, limits, "
-              "raw bytes, fields; then the counts.");
+      "show",
+      "Every network variable and configuration property: type, value, default, limits, "
+      "raw bytes, fields; then the counts.");
   AddProfile(show_command, show.profile);
   AddCommonOptions(show_command, show.common, true);
 
@@ -72,16 +73,18 @@ int main(int argc, char** argv) {
 
   kolvane::cli::CheckOptions check;
   CLI::App* check_command = app.add_subcommand(
-      "check", "Findings before commissioning: unknown types, structures that contain themselves, "
-               "values out of limits, missing defaults, duplicate names, outputs nothing accepts. "
-               "Exit status 1 when any is an error.");
+      "check",
+      "Findings before commissioning: unknown types, structures that contain themselves, "
+      "values out of limits, missing defaults, duplicate names, outputs nothing accepts. "
+      "Exit status 1 when any is an error.");
   AddProfile(check_command, check.profile);
   AddCommonOptions(check_command, check.common, true);
 
   kolvane::cli::TypesOptions types;
   CLI::App* types_command =
-      app.add_subcommand("types", "List the catalogue's types: kind, length, scaling, limits, "
-                                  "units and enumeration states.");
+      app.add_subcommand("types",
+                         "List the catalogue's types: kind, length, scaling, limits, "
+                         "units and enumeration states.");
   types_command->add_option("ID", types.ids,
                             "Identifiers to list (the text after SNVT_); all when none");
   AddCommonOptions(types_command, types.common, false);
@@ -90,7 +93,8 @@ int main(int argc, char** argv) {
   CLI::App* raw_command = app.add_subcommand(
       "raw", "Print the raw bytes (hexadecimal, most significant first) of a value of a type.");
   raw_command->add_option("TYPE", raw.type, "Type identifier, e.g. temp_p")->required();
-  raw_command->add_option("VALUE", raw.value, "Value in the type's unit, e.g. 21.5, OC_OCCUPIED, Invalid")
+  raw_command
+      ->add_option("VALUE", raw.value, "Value in the type's unit, e.g. 21.5, OC_OCCUPIED, Invalid")
       ->required();
   AddCommonOptions(raw_command, raw.common, false);
 

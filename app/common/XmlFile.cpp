@@ -60,9 +60,9 @@ XmlLoadResult LoadXmlFile(const std::string& path, pugi::xml_document& document,
   if (!root.empty() && root != element.name()) {
     // offset_debug points at the element's name; report its "<".
     Position(text, element ? element.offset_debug() - 1 : 0, result.line, result.column);
-    result.message = element ? "root element is <" + std::string(element.name()) +
-                                   ">, expected <" + root + ">"
-                             : "no root element, expected <" + root + ">";
+    result.message =
+        element ? "root element is <" + std::string(element.name()) + ">, expected <" + root + ">"
+                : "no root element, expected <" + root + ">";
     return result;
   }
   result.ok = true;

@@ -142,8 +142,8 @@ std::string NumberToHexBytes(const std::string& text, int32_t count, const std::
   return out;
 }
 
-std::string ValueToRaw(const std::string& value, const std::string& kind, int32_t length,
-                       int16_t a, int16_t b, int16_t c) {
+std::string ValueToRaw(const std::string& value, const std::string& kind, int32_t length, int16_t a,
+                       int16_t b, int16_t c) {
   std::string raw;
   ContinueOnError([&] { internal::AppendValueToRaw(raw, value, kind, length, a, b, c); });
   return raw;
@@ -155,9 +155,8 @@ std::string TypedValueToRaw(const std::string& value, const ISNVType& type) {
                     RoundToInt16(type.ISNVType_CCoef()));
 }
 
-void internal::AppendValueToRaw(std::string& raw, const std::string& value,
-                                const std::string& kind, int32_t length, int16_t a, int16_t b,
-                                int16_t c) {
+void internal::AppendValueToRaw(std::string& raw, const std::string& value, const std::string& kind,
+                                int32_t length, int16_t a, int16_t b, int16_t c) {
   if (kind == "Textual") {
     if (length < 1) RaiseError(ErrorNumber::kInvalidProcedureCall, "text length");
     const auto room = static_cast<size_t>(length - 1);

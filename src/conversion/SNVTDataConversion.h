@@ -24,8 +24,8 @@ std::string EnumStateName(const std::string& value, const std::string& descripti
 
 // The raw hexadecimal text of a value of a type of kind, length bytes and scaling A, B, C
 // (value = A * 10^B * (raw + C)). Never raises: on an error it returns what it had built.
-std::string ValueToRaw(const std::string& value, const std::string& kind, int32_t length,
-                       int16_t a, int16_t b, int16_t c);
+std::string ValueToRaw(const std::string& value, const std::string& kind, int32_t length, int16_t a,
+                       int16_t b, int16_t c);
 
 // ValueToRaw with the kind, length and coefficients of type (coefficients as 16-bit integers,
 // error 6 beyond that range).

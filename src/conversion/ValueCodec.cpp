@@ -114,7 +114,8 @@ std::string DisplayDefault(const ItemTexts& item) {
 std::string DisplayLimit(const ItemTexts& item, bool maximum) {
   const ISNVType& type = TypeOf(item);
   const std::string kind = type.ISNVType_GenType();
-  if (IsNumericKind(kind)) return LimitInDisplayUnits(ConverterOf(item), type.ISNVType_ID(), maximum);
+  if (IsNumericKind(kind))
+    return LimitInDisplayUnits(ConverterOf(item), type.ISNVType_ID(), maximum);
   if (kind == "Struct") {
     return TrimmedStructure(item, [maximum](const IField& field) {
       return maximum ? field.IField_DispMax() : field.IField_DispMin();
@@ -125,8 +126,7 @@ std::string DisplayLimit(const ItemTexts& item, bool maximum) {
 
 pugi::xml_node WritePointRecord(pugi::xml_document& document, pugi::xml_node parent,
                                 const PointRecord& record, bool interoperability) {
-  pugi::xml_node point = mXML::AppendXmlElement(document, parent, "ApPoint",
-                                                mXML::kNoTextField);
+  pugi::xml_node point = mXML::AppendXmlElement(document, parent, "ApPoint", mXML::kNoTextField);
   SetAttribute(point, "Key", record.key);
   if (interoperability) SetAttribute(point, "ItemKey", record.global_key);
   SetAttribute(point, "Name", record.name);
@@ -140,15 +140,14 @@ pugi::xml_node WritePointRecord(pugi::xml_document& document, pugi::xml_node par
     }
   }
 
-  pugi::xml_node info = mXML::AppendXmlElement(document, point, "ExtendedInfo",
-                                               mXML::kNoTextField);
+  pugi::xml_node info = mXML::AppendXmlElement(document, point, "ExtendedInfo", mXML::kNoTextField);
   const std::string& separator = Globals::DecimalSeparator;
   SetAttribute(info, "Location",
                GeneralText(record.x, 15, separator) + ";" + GeneralText(record.y, 15, separator));
   info.append_attribute("ExportIndex").set_value(record.export_index);
   if (record.type_override) {
-    pugi::xml_node element = mXML::AppendXmlElement(document, info, "TypeOverride",
-                                                    mXML::kNoTextField);
+    pugi::xml_node element =
+        mXML::AppendXmlElement(document, info, "TypeOverride", mXML::kNoTextField);
     WriteTypeOverride(document, element, *record.type_override);
   }
   if (record.fields) WriteFieldOverrides(document, info, *record.fields, "");
@@ -162,33 +161,30 @@ void WriteTypeOverride(pugi::xml_document& document, pugi::xml_node element,
   // An override read from a profile names the kind itself ("Enum"); one made by a host may name
   // an enumeration type of the catalogue.
   if (type_id != "Enum" && internal::SnvtChildText(type_id, "TYPE") != "Enum") return;
-  pugi::xml_node states = mXML::AppendXmlElement(document, element, "States",
-                                                 mXML::kNoTextField);
+  pugi::xml_node states = mXML::AppendXmlElement(document, element, "States", mXML::kNoTextField);
   const auto set = type_override.ITypeOverride_States();
   if (!set) return;
   for (const auto& state : set->IStates_NewEnum()) {
-    pugi::xml_node entry = mXML::AppendXmlElement(document, states, "State",
-                                                  mXML::kNoTextField);
+    pugi::xml_node entry = mXML::AppendXmlElement(document, states, "State", mXML::kNoTextField);
     entry.append_attribute("Value").set_value(state->iState_Value());
     SetAttribute(entry, "Name", state->iState_Name());
   }
 }
 
-void WriteFieldOverrides(pugi::xml_document& document, pugi::xml_node parent,
-                         const IFields& fields, const std::string& prefix) {
+void WriteFieldOverrides(pugi::xml_document& document, pugi::xml_node parent, const IFields& fields,
+                         const std::string& prefix) {
   pugi::xml_node list;  // "TypeOverride/Fields", made for the first overridden field
   for (const auto& field : fields.IFields_NewEnum()) {
     const auto overridable = std::dynamic_pointer_cast<IOverridableItem>(field);
     const auto type_override = overridable ? overridable->IOverridableItem_TypeOverride() : nullptr;
     if (type_override) {
       if (!list) {
-        pugi::xml_node element = mXML::AppendXmlElement(document, parent, "TypeOverride",
-                                                        mXML::kNoTextField);
+        pugi::xml_node element =
+            mXML::AppendXmlElement(document, parent, "TypeOverride", mXML::kNoTextField);
         SetAttribute(element, "Type", "Struct");
         list = mXML::AppendXmlElement(document, element, "Fields", mXML::kNoTextField);
       }
-      pugi::xml_node entry =
-          mXML::AppendXmlElement(document, list, "Field", mXML::kNoTextField);
+      pugi::xml_node entry = mXML::AppendXmlElement(document, list, "Field", mXML::kNoTextField);
       SetAttribute(entry, "Name", prefix + field->IField_Name());
       WriteTypeOverride(document, entry, *type_override);
     }

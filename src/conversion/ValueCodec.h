@@ -71,10 +71,10 @@ struct PointRecord {
   std::string key;         // "Key": the point key
   std::string global_key;  // "ItemKey", in the interoperability form only
   std::string name;
-  std::string direction;   // "In" for a configuration property
-  std::string type_id;     // "Type"
-  std::string value;       // "Value": the plain value text
-  double x = 0;            // "Location" = x;y
+  std::string direction;  // "In" for a configuration property
+  std::string type_id;    // "Type"
+  std::string value;      // "Value": the plain value text
+  double x = 0;           // "Location" = x;y
   double y = 0;
   int32_t export_index = 0;
   std::shared_ptr<ITypeOverride> type_override;
@@ -93,7 +93,7 @@ void WriteTypeOverride(pugi::xml_document& document, pugi::xml_node element,
                        const ITypeOverride& type_override);
 
 // Writes the overrides of fields (nested fields with dotted names after prefix) under parent.
-void WriteFieldOverrides(pugi::xml_document& document, pugi::xml_node parent,
-                         const IFields& fields, const std::string& prefix);
+void WriteFieldOverrides(pugi::xml_document& document, pugi::xml_node parent, const IFields& fields,
+                         const std::string& prefix);
 
 }  // namespace kolvane::codec

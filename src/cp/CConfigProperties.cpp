@@ -27,9 +27,8 @@ std::shared_ptr<IConfigProperty> CConfigProperties::IConfigProperties_AddCP(
 
 std::shared_ptr<CConfigProperty> CConfigProperties::AddFromXml(
     const std::string& name, pugi::xml_node element, const std::shared_ptr<IUnknown>& profile) {
-  return AddLoaded(name, [&](CConfigProperty& property) {
-    property.LoadFromXml(profile, element, "");
-  });
+  return AddLoaded(name,
+                   [&](CConfigProperty& property) { property.LoadFromXml(profile, element, ""); });
 }
 
 std::shared_ptr<IConfigProperty> CConfigProperties::IConfigProperties_AddNewCP(
@@ -59,13 +58,11 @@ std::shared_ptr<IConfigProperty> CConfigProperties::IConfigProperties_Item(
 
 int32_t CConfigProperties::IConfigProperties_Count() const { return items_.Count(); }
 
-std::vector<std::shared_ptr<IConfigProperty>> CConfigProperties::IConfigProperties_NewEnum()
-    const {
+std::vector<std::shared_ptr<IConfigProperty>> CConfigProperties::IConfigProperties_NewEnum() const {
   return items_.Values<std::shared_ptr<IConfigProperty>>();
 }
 
-void CConfigProperties::IConfigProperties_Remove(
-    const std::shared_ptr<IConfigProperty>& property) {
+void CConfigProperties::IConfigProperties_Remove(const std::shared_ptr<IConfigProperty>& property) {
   Globals::NeedSaveFlag = true;
   Globals::DisplayIncompatibleFlag = true;
   // One past the end when the property is not in the collection: then no index moves.
@@ -97,9 +94,7 @@ int32_t CConfigProperties::IConfigProperties_CDBUsage() const { return 0; }
 int32_t CConfigProperties::IConfigProperties_DDBUsage() const { return 0; }
 int32_t CConfigProperties::IConfigProperties_SDBUsage() const { return 0; }
 
-void CConfigProperties::SetProfile(const std::shared_ptr<IUnknown>& profile) {
-  profile_ = profile;
-}
+void CConfigProperties::SetProfile(const std::shared_ptr<IUnknown>& profile) { profile_ = profile; }
 
 std::shared_ptr<CConfigProperty> CConfigProperties::AddFromExport(
     std::string& name, pugi::xml_node element, const std::shared_ptr<IUnknown>& profile) {

@@ -63,9 +63,7 @@ CConfigProperty::~CConfigProperty() = default;
 std::string CConfigProperty::IConfigProperty_Name() const { return name_; }
 void CConfigProperty::IConfigProperty_Name(const std::string& value) { name_ = value; }
 
-std::string CConfigProperty::IConfigProperty_Value() const {
-  return codec::PlainValue(Texts());
-}
+std::string CConfigProperty::IConfigProperty_Value() const { return codec::PlainValue(Texts()); }
 
 void CConfigProperty::IConfigProperty_Value(const std::string& value) {
   value_ = value;
@@ -130,9 +128,7 @@ void CConfigProperty::IConfigProperty_PointKey(const std::string& value) {
 }
 
 int32_t CConfigProperty::IConfigProperty_ConnectionIndex() const { return connection_index_; }
-void CConfigProperty::IConfigProperty_ConnectionIndex(int32_t value) {
-  connection_index_ = value;
-}
+void CConfigProperty::IConfigProperty_ConnectionIndex(int32_t value) { connection_index_ = value; }
 int32_t CConfigProperty::IConfigProperty_IncrementalConnIndex() const {
   return incremental_conn_index_;
 }
@@ -216,8 +212,8 @@ bool CConfigProperty::ISubItemConnable_IsSNVTCompatible(const std::string& /*typ
 
 std::shared_ptr<IUnitConverter> CConfigProperty::UnitsManager() const { return units_manager_; }
 
-void CConfigProperty::LoadFromXml(const std::shared_ptr<IUnknown>& profile,
-                                  pugi::xml_node element, const std::string& fallback_type) {
+void CConfigProperty::LoadFromXml(const std::shared_ptr<IUnknown>& profile, pugi::xml_node element,
+                                  const std::string& fallback_type) {
   ContinueOnError([&] { SetProfile(profile); });
   default_warning_ = false;
   mandatory_ = false;
@@ -265,9 +261,8 @@ void CConfigProperty::LoadFromPointRecord(pugi::xml_node element) {
 }
 
 void CConfigProperty::InitType(const std::string& default_candidate,
-                               const std::string& min_candidate,
-                               const std::string& max_candidate, pugi::xml_node element,
-                               bool warn) {
+                               const std::string& min_candidate, const std::string& max_candidate,
+                               pugi::xml_node element, bool warn) {
   fields_ = nullptr;
   editor_ = nullptr;
   ContinueOnError([&] {
@@ -412,9 +407,7 @@ void CConfigProperty::ShowEditor() {
 void CConfigProperty::EditSchedule() {
   SetMousePointer(vbHourglass);
   std::shared_ptr<IScheduleEditor> editor;
-  ContinueOnError([&] {
-    editor = CreateObjectAs<IScheduleEditor>(kScheduleEditor);
-  });
+  ContinueOnError([&] { editor = CreateObjectAs<IScheduleEditor>(kScheduleEditor); });
   SetMousePointer(vbDefault);
   if (!editor) {
     MsgBox("Install SchedulerEditor.dll to edit Schedulers", vbOKOnly);

@@ -40,7 +40,8 @@ void frmCPModif1::Form_Load() {
   type_id_ = type ? type->ISNVType_ID() : "";
   converter_ = CreateObjectAs<IUnitConverter>("UnitManager.Converter");
   const std::string value = item.Value();
-  const std::string text = value == kInvalid ? kInvalid : converter_->ToDisplayUnits(type_id_, value);
+  const std::string text =
+      value == kInvalid ? kInvalid : converter_->ToDisplayUnits(type_id_, value);
   const std::string units(TrimBlanks(converter_->DisplayUnits(type_id_)));
   lblUnits.Caption = units.empty() ? "" : "[" + units + "]";
   minimum_ = converter_->DisplayMinimum(type_id_);

@@ -27,8 +27,8 @@ void frmCPModif3::Form_Load() {
     cboEnum.ItemData.push_back(number);
     // The value names the state, or gives its number.
     const std::string name = comma == std::string::npos ? "" : entry.substr(comma + 1);
-    if (shown < 0 && (value == name || value == entry.substr(0, comma) ||
-                      value == cboEnum.List.back())) {
+    if (shown < 0 &&
+        (value == name || value == entry.substr(0, comma) || value == cboEnum.List.back())) {
       shown = i;
     }
   }
@@ -49,7 +49,8 @@ void frmCPModif3::cboEnum_Click() {
 void frmCPModif3::cmdOk_Click() {
   if (selected_state_ == -1) {
     for (size_t i = 0; i < cboEnum.List.size(); ++i) {
-      if (cboEnum.List[i] == cboEnum.Text) selected_state_ = static_cast<int16_t>(cboEnum.ItemData[i]);
+      if (cboEnum.List[i] == cboEnum.Text)
+        selected_state_ = static_cast<int16_t>(cboEnum.ItemData[i]);
     }
   }
   for (Item& item : items_) item.point.Value(cboEnum.Text);

@@ -22,8 +22,10 @@ void frmCPModif4::Form_Load() {
   const auto fields = item.fields();
   if (!fields) return;
   for (const auto& field : fields->IFields_NewEnum()) {
-    lvwMain.ListItems.push_back(
-        {field->IField_Name(), field->IField_Name(), {field->IField_DispValue()}, field->IField_Value()});
+    lvwMain.ListItems.push_back({field->IField_Name(),
+                                 field->IField_Name(),
+                                 {field->IField_DispValue()},
+                                 field->IField_Value()});
   }
 }
 

@@ -162,8 +162,7 @@ void ReadSettings() {
   IniFilePath = ComponentFolder() + "/profile.ini";
   CpSisdRequired = false;
   ContinueOnError([] {
-    CpSisdRequired =
-        LeadingNumber(GetIniValue(IniFilePath, "Globals", "CP_SISD_Required")) != 0;
+    CpSisdRequired = LeadingNumber(GetIniValue(IniFilePath, "Globals", "CP_SISD_Required")) != 0;
   });
 }
 

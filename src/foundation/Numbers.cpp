@@ -64,7 +64,8 @@ std::string_view SkipBlanks(std::string_view text) {
 
 template <class Int>
 Int RoundTo(double number) {
-  // The current rounding mode is round-to-nearest-even unless someone changed it; do not rely on it.
+  // The current rounding mode is round-to-nearest-even unless someone changed it; do not rely on
+  // it.
   double rounded = std::round(number);
   if (std::abs(number - std::trunc(number)) == 0.5) rounded = 2.0 * std::round(number / 2.0);
   if (!(rounded >= static_cast<double>(std::numeric_limits<Int>::min()) &&

@@ -19,7 +19,8 @@ double ParseNumber(std::string_view text, char decimal_point = '.');
 // A number in general format with at most significant_digits digits (exponent form for very
 // large and small magnitudes, no trailing zeros) and decimal_separator as decimal point, as
 // Visual Basic's CStr writes a Single (7 digits) or a Double (15 digits).
-std::string GeneralText(double number, int significant_digits, const std::string& decimal_separator);
+std::string GeneralText(double number, int significant_digits,
+                        const std::string& decimal_separator);
 
 // Rounds to the nearest 32-bit integer, ties to even; error 6 when out of range.
 int32_t RoundToInt32(double number);

@@ -15,7 +15,6 @@ namespace kolvane {
 
 namespace {
 
-
 // Splits text at every depth-0 occurrence of gap (runs of blanks when gap is " ").
 std::vector<std::string> SplitAtDepthZero(std::string_view text, std::string_view gap) {
   std::vector<std::string> parts;

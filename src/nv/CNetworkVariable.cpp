@@ -51,9 +51,8 @@ void ApplyTypeOverride(IOverridableItem& item, const std::shared_ptr<IFields>& f
       if (node.type() == pugi::node_comment) continue;
       std::shared_ptr<iState> state = std::make_shared<CState>();
       ContinueOnError([&] { state->iState_Name(node.attribute("Name").value()); });
-      ContinueOnError([&] {
-        state->iState_Value(RoundToInt16(ParseNumber(node.attribute("Value").value())));
-      });
+      ContinueOnError(
+          [&] { state->iState_Value(RoundToInt16(ParseNumber(node.attribute("Value").value()))); });
       states->IStates_Add(state);
     }
     made->ITypeOverride_States(states);
@@ -211,7 +210,8 @@ void CNetworkVariable::INetworkVariable_SetValue() {
       options_dialog_ = std::make_shared<frmEditNVO>();
     }
   }
-  if (!options_dialog_) RaiseError(ErrorNumber::kObjectNotSet, "an output structure has no options");
+  if (!options_dialog_)
+    RaiseError(ErrorNumber::kObjectNotSet, "an output structure has no options");
   if (auto input = std::dynamic_pointer_cast<frmEditNVI>(options_dialog_)) {
     input->DataPoint(shared_from_this());
   } else if (auto output = std::dynamic_pointer_cast<frmEditNVO>(options_dialog_)) {

@@ -79,9 +79,7 @@ int32_t CNetworkVariables::INetworkVariables_DDBUsage() const { return 0; }
 int32_t CNetworkVariables::INetworkVariables_SDBUsage() const { return 0; }
 int32_t CNetworkVariables::INetworkVariables_ExecTime() const { return 0; }
 
-void CNetworkVariables::SetProfile(const std::shared_ptr<IUnknown>& profile) {
-  profile_ = profile;
-}
+void CNetworkVariables::SetProfile(const std::shared_ptr<IUnknown>& profile) { profile_ = profile; }
 
 std::shared_ptr<CNetworkVariable> CNetworkVariables::AddFromXml(
     const std::string& name, pugi::xml_node element, const std::shared_ptr<IUnknown>& profile) {

@@ -28,8 +28,8 @@ constexpr size_t kMaxNameLength = 20;
 // The first element named child under an element named parent, in document order.
 pugi::xml_node FirstByPath(const pugi::xml_document& document, const char* parent,
                            const char* child) {
-  for (pugi::xpath_node found : document.select_nodes(
-           (std::string("//") + parent + "/" + child).c_str())) {
+  for (pugi::xpath_node found :
+       document.select_nodes((std::string("//") + parent + "/" + child).c_str())) {
     return found.node();
   }
   return {};
@@ -114,9 +114,7 @@ void CProfile::IProfile_FriendSet(const std::shared_ptr<pugi::xml_document>& pro
   Globals::ProfileDocument = profile;
   nvo_table_ = nvo_table;
   if (name.empty() && profile) {
-    ContinueOnError([&] {
-      name = FirstByPath(*profile, "Profile", "Name").first_child().value();
-    });
+    ContinueOnError([&] { name = FirstByPath(*profile, "Profile", "Name").first_child().value(); });
   }
   ContinueOnError([&] {
     name_ = name;
@@ -250,11 +248,13 @@ std::string CProfile::NewPointKey() {
     int16_t highest = 0;
     const auto consider = [&highest](const std::string& key) {
       if (key.size() < 2) return;
-      ContinueOnError([&] { highest = std::max(highest, RoundToInt16(LeadingNumber(key.substr(1)))); });
+      ContinueOnError(
+          [&] { highest = std::max(highest, RoundToInt16(LeadingNumber(key.substr(1)))); });
     };
     for (const auto& entry : nvs_->Items()) consider(entry.item->INetworkVariable_PointKey());
     for (const auto& entry : cps_->Items()) consider(entry.item->IConfigProperty_PointKey());
-    if (highest == std::numeric_limits<int16_t>::max()) RaiseError(ErrorNumber::kOverflow, "point key");
+    if (highest == std::numeric_limits<int16_t>::max())
+      RaiseError(ErrorNumber::kOverflow, "point key");
     last_point_key_ = static_cast<int16_t>(highest + 1);
   }
   return "P" + std::to_string(last_point_key_);
@@ -269,12 +269,10 @@ void CProfile::LoadDocument(const pugi::xml_document& document) {
       ContinueOnError([&] { add(std::string(mXML::BaseName(child)), child); });
     }
   };
-  load("NVs", [&](const std::string& name, pugi::xml_node child) {
-    nvs_->AddFromXml(name, child, self);
-  });
-  load("CPs", [&](const std::string& name, pugi::xml_node child) {
-    cps_->AddFromXml(name, child, self);
-  });
+  load("NVs",
+       [&](const std::string& name, pugi::xml_node child) { nvs_->AddFromXml(name, child, self); });
+  load("CPs",
+       [&](const std::string& name, pugi::xml_node child) { cps_->AddFromXml(name, child, self); });
 }
 
 int32_t CProfile::SaveValues(pugi::xml_node parent, pugi::xml_document& document,
