@@ -74,6 +74,25 @@ TEST_F(CProfileTest, CountsItemsAndWarnsOfEveryAssumedDefault) {
   EXPECT_EQ(boxes.boxes.size(), 4u * 4u);
 }
 
+// Every item of the bundled profile opens its own dialog from SetValue.
+TEST_F(CProfileTest, SetValueOpensTheDialogOfEachItem) {
+  const auto profile = Loaded();
+  ScopedFormHost user;
+  for (const char* key : {"nciSetpoint", "nciLocation", "nciHvacType", "nciLampDefault"}) {
+    for (const auto& cp : profile->IProfile_CPs()->IConfigProperties_NewEnum()) {
+      if (cp->IConfigProperty_Name() == key) cp->IConfigProperty_SetValue();
+    }
+  }
+  for (const char* key : {"nviSpaceTemp", "nvoSpaceTemp"}) {
+    for (const auto& nv : profile->IProfile_NVs()->INetworkVariables_NewEnum()) {
+      if (nv->INetworkVariable_Name() == key) nv->INetworkVariable_SetValue();
+    }
+  }
+  EXPECT_EQ(user.host->captions,
+            (std::vector<std::string>{"Numeric Value", "Text Value", "Enumeration Value",
+                                      "Structure Value", "Input Options", "Output Options"}));
+}
+
 TEST_F(CProfileTest, CompatibleListsComeFromTheNvoTable) {
   const auto profile = Loaded();
   const auto compatibles = [&](const std::string& name) {
