@@ -104,7 +104,7 @@ uint64_t CatalogueStamp() {
 
 std::string SnvtChildText(std::string_view identifier, std::string_view upper_name) {
   for (pugi::xml_node child : FindSnvtElement(identifier).children()) {
-    if (child.type() != pugi::node_comment && ToUpper(child.name()) == upper_name) {
+    if (child.type() != pugi::node_comment && EqualsNoCase(child.name(), upper_name)) {
       return child.text().get();
     }
   }
