@@ -95,9 +95,32 @@ std::string SelfContained(const std::string& id, std::vector<std::string>& path)
   return "";
 }
 
+// A finding for an enumeration value that names none of its type's states (by name, by number
+// or as the enumeration dialog writes it, "(1,ON)").
+void CheckState(const ItemRef& item, std::vector<Finding>& findings) {
+  const std::string value = ValueOf(item);
+  if (value.empty() || value == "Invalid") return;
+  std::istringstream entries(item.type->ISNVType_EnumDesc());
+  for (std::string entry; std::getline(entries, entry, ';');) {
+    const size_t comma = entry.find(',');
+    if (comma == std::string::npos) continue;
+    if (value == entry.substr(0, comma) || value == entry.substr(comma + 1) ||
+        value == "(" + entry + ")") {
+      return;
+    }
+  }
+  findings.push_back({true, item.path,
+                      "value " + value + " is no state of SNVT_" + item.type->ISNVType_ID()});
+}
+
 // A finding for a number value outside the catalogue limits of its type.
 void CheckRange(const ItemRef& item, std::vector<Finding>& findings) {
-  if (!item.type || !codec::IsNumericKind(item.type->ISNVType_GenType())) return;
+  if (!item.type) return;
+  if (item.type->ISNVType_GenType() == "Enum") {
+    CheckState(item, findings);
+    return;
+  }
+  if (!codec::IsNumericKind(item.type->ISNVType_GenType())) return;
   std::string value = ValueOf(item);
   if (value.empty() || value == "Invalid") return;
   if (const size_t comma = value.find(','); comma != std::string::npos) value[comma] = '.';
