@@ -4,18 +4,14 @@
 #include <cstdint>
 #include <memory>
 
+#include "FuzzSupport.h"
+
 #include "foundation/Globals.h"
 #include "foundation/HostServices.h"
 #include "types/CSNVTType.h"
 #include "types/SnvtCatalogue.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
-  static const bool quiet = [] {
-    kolvane::SetMessageBoxHandler(
-        [](const std::string&, int32_t, const std::string&) { return kolvane::vbOK; });
-    return true;
-  }();
-  (void)quiet;
   auto document = std::make_shared<pugi::xml_document>();
   if (!document->load_buffer(data, size)) return 0;
   kolvane::Globals::SetSnvtCatalogDocument(document);

@@ -5,6 +5,8 @@
 #include <cstdint>
 #include <memory>
 
+#include "FuzzSupport.h"
+
 #include "Kolvane.h"
 #include "foundation/Globals.h"
 
@@ -21,12 +23,6 @@ std::shared_ptr<pugi::xml_document> Load(const char* path) {
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   static const auto catalogue = Load(KOLVANE_SOURCE_DIR "/examples/snvts.xml");
   static const auto table = Load(KOLVANE_SOURCE_DIR "/examples/nvotable.xml");
-  static const bool quiet = [] {
-    kolvane::SetMessageBoxHandler(
-        [](const std::string&, int32_t, const std::string&) { return kolvane::vbOK; });
-    return true;
-  }();
-  (void)quiet;
   auto document = std::make_shared<pugi::xml_document>();
   if (!document->load_buffer(data, size)) return 0;
   auto profile = kolvane::CreateProfile();

@@ -95,6 +95,13 @@ std::string SelfContained(const std::string& id, std::vector<std::string>& path)
   return "";
 }
 
+// A number text with "," or "." as decimal point, as the documents and users write it; error 13
+// when it is none.
+double ReadNumber(std::string text) {
+  if (const size_t comma = text.find(','); comma != std::string::npos) text[comma] = '.';
+  return ParseNumber(text);
+}
+
 // A finding for an enumeration value that names none of its type's states (by name, by number
 // or as the enumeration dialog writes it, "(1,ON)").
 void CheckState(const ItemRef& item, std::vector<Finding>& findings) {
@@ -109,8 +116,8 @@ void CheckState(const ItemRef& item, std::vector<Finding>& findings) {
       return;
     }
   }
-  findings.push_back({true, item.path,
-                      "value " + value + " is no state of SNVT_" + item.type->ISNVType_ID()});
+  findings.push_back(
+      {true, item.path, "value " + value + " is no state of SNVT_" + item.type->ISNVType_ID()});
 }
 
 // A finding for a number value outside the catalogue limits of its type.
@@ -121,14 +128,13 @@ void CheckRange(const ItemRef& item, std::vector<Finding>& findings) {
     return;
   }
   if (!codec::IsNumericKind(item.type->ISNVType_GenType())) return;
-  std::string value = ValueOf(item);
+  const std::string value = ValueOf(item);
   if (value.empty() || value == "Invalid") return;
-  if (const size_t comma = value.find(','); comma != std::string::npos) value[comma] = '.';
   const std::string id = item.type->ISNVType_ID();
   const std::string minimum = internal::SnvtChildText(id, "MIN");
   const std::string maximum = internal::SnvtChildText(id, "MAX");
   try {
-    const double number = ParseNumber(value);
+    const double number = ReadNumber(value);
     if (!minimum.empty() && number < ParseNumber(minimum)) {
       findings.push_back({true, item.path, "value " + value + " is below the minimum " + minimum});
     } else if (!maximum.empty() && number > ParseNumber(maximum)) {
@@ -235,10 +241,8 @@ int RunSave(const SaveOptions& options, std::ostream& out, std::ostream& err) {
     }
     const std::string value = assignment.substr(equals + 1);
     if (item.type && codec::IsNumericKind(item.type->ISNVType_GenType()) && value != "Invalid") {
-      std::string number = value;
-      if (const size_t comma = number.find(','); comma != std::string::npos) number[comma] = '.';
       try {
-        ParseNumber(number);
+        ReadNumber(value);
       } catch (const Error&) {
         err << "kolvane: error: " << item.path << ": \"" << value << "\" is not a number\n";
         return 1;

@@ -23,9 +23,8 @@ constexpr char kUtilityProgId[] = "Moraface.Utility";
 // A number text as the conversion reads it: with the locale's rules when the user's decimal
 // separator is not ".", else as the leading number.
 double ReadNumber(const std::string& text) {
-  const std::string& separator = Globals::DecimalSeparator;
-  if (separator != "." && separator.size() == 1) return ParseNumber(text, separator[0]);
-  return LeadingNumber(text);
+  const char point = Globals::DecimalPoint();
+  return point != '.' ? ParseNumber(text, point) : LeadingNumber(text);
 }
 
 // A number kept in single precision, as text with the user's decimal separator. Error 6 when it

@@ -331,8 +331,10 @@ pugi::xml_node CConfigProperty::WriteXml(pugi::xml_document& document,
                                          pugi::xml_node parent) const {
   pugi::xml_node element = mXML::AppendXmlElement(document, parent, name_, mXML::kNoTextField);
   if (!index_in_file_.empty()) element.append_attribute("Index").set_value(index_in_file_.c_str());
-  if (default_warning_) element.append_attribute("DefaultWarning").set_value("1");
-  mXML::AppendXmlElement(document, element, "Visible", "1");
+  if (default_warning_) {
+    element.append_attribute("DefaultWarning").set_value(mXML::BoolToBit(true).c_str());
+  }
+  mXML::AppendXmlElement(document, element, "Visible", mXML::BoolToBit(true));
   mXML::AppendXmlElement(document, element, "SNVTType", type_name_);
   if (!sisd_.empty()) mXML::AppendXmlElement(document, element, "SISD", sisd_);
   if (fields_) {

@@ -22,9 +22,8 @@ std::string Limit(const std::string& limit) { return limit.empty() ? "---" : lim
 
 // A number as the user types it, with the user's decimal separator.
 bool IsNumber(const std::string& text) {
-  const char separator = Globals::DecimalSeparator.empty() ? '.' : Globals::DecimalSeparator[0];
   try {
-    ParseNumber(text, separator);
+    ParseNumber(text, Globals::DecimalPoint());
     return true;
   } catch (const Error&) {
     return false;
@@ -64,7 +63,7 @@ void frmCPModif1::Form_Load() {
 void frmCPModif1::txtNewCPValue_KeyPress(int16_t& KeyAscii) {
   if (KeyAscii == kEscape) return;
   const std::string& text = txtNewCPValue.Text;
-  const char separator = Globals::DecimalSeparator.empty() ? '.' : Globals::DecimalSeparator[0];
+  const char separator = Globals::DecimalPoint();
   const bool whole_selected = txtNewCPValue.SelLength >= static_cast<int32_t>(text.size());
   if (whole_selected) {
     const bool sign_or_digit = KeyAscii == '-' || KeyAscii == '+' || IsDigit(KeyAscii);

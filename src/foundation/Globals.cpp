@@ -141,6 +141,8 @@ std::string ByteToHex(int32_t& value) {
   return hex;
 }
 
+char DecimalPoint() { return DecimalSeparator.empty() ? '.' : DecimalSeparator[0]; }
+
 void DetectDecimalSeparator() {
   std::ostringstream formatted;
   try {

@@ -49,6 +49,9 @@ std::string GetToken(const std::string& text, int32_t index, const std::string& 
 // caller's variable, and a negative one gives its low byte.
 std::string ByteToHex(int32_t& value);
 
+// DecimalSeparator as a character ("." while it is unset).
+char DecimalPoint();
+
 // Sets DecimalSeparator and AlternateSeparator from the user's locale.
 void DetectDecimalSeparator();
 

@@ -38,9 +38,6 @@ class KeyedCollection {
   // The item at a 1-based position; error 9 when out of range.
   const T& ItemAt(int32_t position) const { return entries_[Slot(position)].item; }
 
-  // The key of the item at a 1-based position; error 9 when out of range.
-  const std::string& KeyAt(int32_t position) const { return entries_[Slot(position)].key; }
-
   // The item under key, or nullptr; never raises.
   const T* Find(std::string_view key) const {
     auto it = index_.find(Fold(key));

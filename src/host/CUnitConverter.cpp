@@ -15,9 +15,8 @@ std::string CUnitConverter::ToDisplayUnits(const std::string& /*type_id*/,
 std::string CUnitConverter::FromDisplayUnits(const std::string& /*type_id*/,
                                              const std::string& value) {
   std::string text = value;
-  if (const size_t point = text.find(Globals::DecimalSeparator);
-      !Globals::DecimalSeparator.empty() && point != std::string::npos) {
-    text.replace(point, Globals::DecimalSeparator.size(), ".");
+  if (const size_t point = text.find(Globals::DecimalPoint()); point != std::string::npos) {
+    text[point] = '.';
   }
   return text;
 }
@@ -39,9 +38,7 @@ std::string CUnitConverter::DefaultValue(const std::string& type_id) {
 }
 
 double CUnitConverter::TextToNumber(const std::string& text) {
-  const std::string& separator = Globals::DecimalSeparator;
-  return ParseNumber(SNVTDataConversion::NormalizeDecimal(text),
-                     separator.size() == 1 ? separator[0] : '.');
+  return ParseNumber(SNVTDataConversion::NormalizeDecimal(text), Globals::DecimalPoint());
 }
 
 }  // namespace kolvane

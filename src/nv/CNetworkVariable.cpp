@@ -11,6 +11,7 @@
 #include "foundation/HostServices.h"
 #include "foundation/Numbers.h"
 #include "foundation/Text.h"
+#include "foundation/mXML.h"
 #include "interfaces/IUtility.h"
 #include "nv/frmEditNVI.h"
 #include "nv/frmEditNVO.h"
@@ -376,10 +377,12 @@ codec::PointRecord CNetworkVariable::PointRecord() {
   record.type_override = type_override_;
   record.fields = fields_;
   auto& extra = record.interoperability_attributes;
-  if (direction_ == 0 && receive_heartbeat_) extra.emplace_back("RcvHrtBtEnable", "1");
+  if (direction_ == 0 && receive_heartbeat_) {
+    extra.emplace_back("RcvHrtBtEnable", mXML::BoolToBit(receive_heartbeat_));
+  }
   if (direction_ != 0 && send_on_delta_enabled_) extra.emplace_back("SendOnDelta", send_on_delta_);
-  if (is_nc_) extra.emplace_back("IsNC", "1");
-  if (default_warning_) extra.emplace_back("DefaultWarning", "1");
+  if (is_nc_) extra.emplace_back("IsNC", mXML::BoolToBit(is_nc_));
+  if (default_warning_) extra.emplace_back("DefaultWarning", mXML::BoolToBit(default_warning_));
   if (!sisd_.empty()) extra.emplace_back("SISD", sisd_);
   return record;
 }
