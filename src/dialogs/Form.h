@@ -2,8 +2,10 @@
 
 #include <array>
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <string>
+#include <variant>
 #include <vector>
 
 #include "foundation/Export.h"
@@ -51,8 +53,23 @@ struct ListItem {
 };
 
 struct ListView {
-  std::vector<ListItem> ListItems;
+  std::vector<std::string> ColumnHeaders{};
+  std::vector<ListItem> ListItems{};
   int32_t SelectedItem = -1;  // 0-based row, -1 for none
+};
+
+// One control of a form as a host sees it: the state to render and the handlers the user's input
+// reaches (empty where the form has none).
+struct FormControl {
+  std::string Name{};  // "txtNewCPValue"; an element of a control array as "bit(3)"
+  std::variant<Label*, TextBox*, CheckBox*, CommandButton*, ComboBox*, ListView*> Control{};
+  int16_t Row = 0;       // rows run top to bottom; the controls of a row stand side by side
+  std::string Prompt{};  // fixed text drawn in front of the control
+  std::function<void(int16_t& KeyAscii)> KeyPress{};
+  std::function<void()> Change{};
+  std::function<void()> Click{};
+  std::function<void()> DblClick{};
+  std::function<void(int16_t Button, int16_t Shift, float X, float Y)> MouseDown{};
 };
 
 // A modal form. Create with std::make_shared, set its inputs, then Show().
@@ -75,6 +92,9 @@ class KOLVANE_API Form {
 
   // The form's window title.
   virtual std::string Caption() const = 0;
+
+  // The controls in layout order, bound to this form's state and event handlers.
+  virtual std::vector<FormControl> Controls() = 0;
 
   // Called when the form is shown, before the host gets it.
   virtual void Form_Load() {}

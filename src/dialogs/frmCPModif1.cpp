@@ -32,6 +32,29 @@ bool IsNumber(const std::string& text) {
 
 }  // namespace
 
+std::vector<FormControl> frmCPModif1::Controls() {
+  return {
+      {.Name = "lblName", .Control = &lblName, .Row = 0},
+      {.Name = "txtNewCPValue",
+       .Control = &txtNewCPValue,
+       .Row = 1,
+       .KeyPress = [this](int16_t& key) { txtNewCPValue_KeyPress(key); },
+       .Change = [this] { txtNewCPValue_Change(); }},
+      {.Name = "lblUnits", .Control = &lblUnits, .Row = 1},
+      {.Name = "chkInvalid",
+       .Control = &chkInvalid,
+       .Row = 1,
+       .Click = [this] { chkInvalid_Click(); }},
+      {.Name = "lblMin", .Control = &lblMin, .Row = 2, .Prompt = "Min:"},
+      {.Name = "lblMax", .Control = &lblMax, .Row = 2, .Prompt = "Max:"},
+      {.Name = "cmdOk", .Control = &cmdOk, .Row = 3, .Click = [this] { cmdOk_Click(); }},
+      {.Name = "cmdCancel",
+       .Control = &cmdCancel,
+       .Row = 3,
+       .Click = [this] { cmdCancel_Click(); }},
+  };
+}
+
 void frmCPModif1::Form_Load() {
   if (items_.empty()) return;
   auto& item = items_.front().point;

@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "dialogs/ValueDialog.h"
 #include "interfaces/IUnitConverter.h"
@@ -13,6 +14,8 @@ namespace kolvane {
 class KOLVANE_API frmCPModif1 final : public ValueDialog {
  public:
   std::string Caption() const override { return "Numeric Value"; }
+
+  std::vector<FormControl> Controls() override;
 
   // Shows the first item's value in display units with its unit and the type's limits.
   void Form_Load() override;

@@ -13,6 +13,22 @@ constexpr int16_t kEscape = 27;
 
 }  // namespace
 
+std::vector<FormControl> frmCPModif2::Controls() {
+  return {
+      {.Name = "lblName", .Control = &lblName, .Row = 0},
+      {.Name = "txtNewCPValue",
+       .Control = &txtNewCPValue,
+       .Row = 1,
+       .KeyPress = [this](int16_t& key) { txtNewCPValue_KeyPress(key); },
+       .Change = [this] { txtNewCPValue_Change(); }},
+      {.Name = "cmdOk", .Control = &cmdOk, .Row = 2, .Click = [this] { cmdOk_Click(); }},
+      {.Name = "cmdCancel",
+       .Control = &cmdCancel,
+       .Row = 2,
+       .Click = [this] { cmdCancel_Click(); }},
+  };
+}
+
 void frmCPModif2::Form_Load() {
   if (items_.empty()) return;
   auto& item = items_.front().point;

@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <string>
+#include <vector>
 
 #include "dialogs/ValueDialog.h"
 
@@ -11,6 +12,8 @@ namespace kolvane {
 class KOLVANE_API frmCPModif2 final : public ValueDialog {
  public:
   std::string Caption() const override { return "Text Value"; }
+
+  std::vector<FormControl> Controls() override;
 
   // Shows the first item's text, selected whole.
   void Form_Load() override;

@@ -6,6 +6,18 @@
 
 namespace kolvane {
 
+std::vector<FormControl> frmCPModif3::Controls() {
+  return {
+      {.Name = "lblName", .Control = &lblName, .Row = 0},
+      {.Name = "cboEnum", .Control = &cboEnum, .Row = 1, .Click = [this] { cboEnum_Click(); }},
+      {.Name = "cmdOk", .Control = &cmdOk, .Row = 2, .Click = [this] { cmdOk_Click(); }},
+      {.Name = "cmdCancel",
+       .Control = &cmdCancel,
+       .Row = 2,
+       .Click = [this] { cmdCancel_Click(); }},
+  };
+}
+
 void frmCPModif3::Form_Load() {
   if (items_.empty()) return;
   auto& item = items_.front().point;

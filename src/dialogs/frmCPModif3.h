@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <string>
+#include <vector>
 
 #include "dialogs/ValueDialog.h"
 
@@ -11,6 +12,8 @@ namespace kolvane {
 class KOLVANE_API frmCPModif3 final : public ValueDialog {
  public:
   std::string Caption() const override { return "Enumeration Value"; }
+
+  std::vector<FormControl> Controls() override;
 
   // Lists the type's states as "(value,name)" with their numbers as item data and shows the
   // state of the item's value (its name or number), else the first.

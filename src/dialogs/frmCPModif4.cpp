@@ -13,6 +13,23 @@ constexpr int16_t kRightButton = 2;
 
 }  // namespace
 
+std::vector<FormControl> frmCPModif4::Controls() {
+  return {
+      {.Name = "lblName", .Control = &lblName, .Row = 0},
+      {.Name = "lvwMain",
+       .Control = &lvwMain,
+       .Row = 1,
+       .DblClick = [this] { lvwMain_DblClick(); },
+       .MouseDown = [this](int16_t button, int16_t shift, float x,
+                           float y) { lvwMain_MouseDown(button, shift, x, y); }},
+      {.Name = "cmdOk", .Control = &cmdOk, .Row = 2, .Click = [this] { cmdOk_Click(); }},
+      {.Name = "cmdCancel",
+       .Control = &cmdCancel,
+       .Row = 2,
+       .Click = [this] { cmdCancel_Click(); }},
+  };
+}
+
 void frmCPModif4::Form_Load() {
   if (items_.empty()) return;
   auto& item = items_.front();

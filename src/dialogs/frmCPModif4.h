@@ -20,6 +20,8 @@ class KOLVANE_API frmCPModif4 final : public Form {
   // configuration property or field.
   void DataPoint(const std::shared_ptr<IUnknown>& item) { items_.emplace_back(item); }
 
+  std::vector<FormControl> Controls() override;
+
   // One row per field of the first item: name, display value, and the value as tag.
   void Form_Load() override;
   // Opens the dialog of the selected row's field.
@@ -32,7 +34,7 @@ class KOLVANE_API frmCPModif4 final : public Form {
   void cmdCancel_Click();
 
   Label lblName;
-  ListView lvwMain;
+  ListView lvwMain{{"Field", "Value"}};
   CommandButton cmdOk{"OK"};
   CommandButton cmdCancel{"Cancel"};
 

@@ -5,6 +5,25 @@
 
 namespace kolvane {
 
+std::vector<FormControl> frmCPModif5::Controls() {
+  std::vector<FormControl> controls{{.Name = "lblName", .Control = &lblName, .Row = 0},
+                                    {.Name = "Label4", .Control = &Label4, .Row = 1}};
+  // Bits read as a number: the highest on the left, the upper byte above the lower.
+  for (int16_t i = 15; i >= 0; --i) {
+    if (i == 7) controls.push_back({.Name = "Label3", .Control = &Label3, .Row = 2});
+    controls.push_back({.Name = "bit(" + std::to_string(i) + ")",
+                        .Control = &bit[static_cast<size_t>(i)],
+                        .Row = static_cast<int16_t>(i >= 8 ? 1 : 2),
+                        .DblClick = [this, i] { bit_DblClick(i); }});
+  }
+  controls.push_back(
+      {.Name = "cmdOk", .Control = &cmdOk, .Row = 3, .Click = [this] { cmdOk_Click(); }});
+  controls.push_back({.Name = "cmdCancel", .Control = &cmdCancel, .Row = 3, .Click = [this] {
+                        cmdCancel_Click();
+                      }});
+  return controls;
+}
+
 void frmCPModif5::Form_Load() {
   if (items_.empty()) return;
   auto& item = items_.front().point;

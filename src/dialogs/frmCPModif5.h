@@ -3,6 +3,7 @@
 #include <array>
 #include <cstdint>
 #include <string>
+#include <vector>
 
 #include "dialogs/ValueDialog.h"
 
@@ -12,6 +13,8 @@ namespace kolvane {
 class KOLVANE_API frmCPModif5 final : public ValueDialog {
  public:
   std::string Caption() const override { return "Bit Field Value"; }
+
+  std::vector<FormControl> Controls() override;
 
   // Shows the bits of the first item's value: one byte (upper row hidden) or two.
   void Form_Load() override;

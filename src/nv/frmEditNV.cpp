@@ -21,6 +21,24 @@ void frmEditNVO::DataPoint(std::shared_ptr<IUnknown> item) {
   variable_ = Variable(std::move(item));
 }
 
+std::vector<FormControl> frmEditNVO::Controls() {
+  return {
+      {.Name = "chkSendOnDelta",
+       .Control = &chkSendOnDelta,
+       .Row = 0,
+       .Click = [this] { chkSendOnDelta_Click(); }},
+      {.Name = "txtSendOnDelta", .Control = &txtSendOnDelta, .Row = 0},
+      {.Name = "lblMin", .Control = &lblMin, .Row = 1, .Prompt = lblMinCaption.Caption},
+      {.Name = "lblMax", .Control = &lblMax, .Row = 1, .Prompt = lblMaxCaption.Caption},
+      {.Name = "txtValue", .Control = &txtValue, .Row = 2, .Prompt = lblValue.Caption},
+      {.Name = "cmdOk", .Control = &cmdOk, .Row = 3, .Click = [this] { cmdOk_Click(); }},
+      {.Name = "cmdCancel",
+       .Control = &cmdCancel,
+       .Row = 3,
+       .Click = [this] { cmdCancel_Click(); }},
+  };
+}
+
 void frmEditNVO::Form_Load() {
   const auto variable = variable_.lock();
   if (!variable) return;
@@ -50,6 +68,16 @@ void frmEditNVO::cmdCancel_Click() { Unload(); }
 
 void frmEditNVI::DataPoint(std::shared_ptr<IUnknown> item) {
   variable_ = Variable(std::move(item));
+}
+
+std::vector<FormControl> frmEditNVI::Controls() {
+  return {
+      {.Name = "chkRcvHrtBt",
+       .Control = &chkRcvHrtBt,
+       .Row = 0,
+       .Click = [this] { chkRcvHrtBt_Click(); }},
+      {.Name = "cmdOk", .Control = &cmdOk, .Row = 1, .Click = [this] { cmdOk_Click(); }},
+  };
 }
 
 void frmEditNVI::Form_Load() {

@@ -2,6 +2,7 @@
 
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "dialogs/Form.h"
 #include "interfaces/IUnknown.h"
@@ -17,6 +18,8 @@ class KOLVANE_API frmEditNVI final : public Form {
 
   // The input to edit; error 13 for anything else.
   void DataPoint(std::shared_ptr<IUnknown> item);
+
+  std::vector<FormControl> Controls() override;
 
   // Shows the input's flag.
   void Form_Load() override;

@@ -2,6 +2,7 @@
 
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "dialogs/Form.h"
 #include "interfaces/IUnknown.h"
@@ -17,6 +18,8 @@ class KOLVANE_API frmEditNVO final : public Form {
 
   // The output to edit; error 13 for anything else.
   void DataPoint(std::shared_ptr<IUnknown> item);
+
+  std::vector<FormControl> Controls() override;
 
   // Fills the controls from the output.
   void Form_Load() override;

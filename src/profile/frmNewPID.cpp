@@ -12,6 +12,20 @@ constexpr size_t kEnterLength = 12;
 
 }  // namespace
 
+std::vector<FormControl> frmNewPID::Controls() {
+  return {
+      {.Name = "Label1", .Control = &Label1, .Row = 0},
+      {.Name = "txtNid",
+       .Control = &txtNid,
+       .Row = 1,
+       .KeyPress = [this](int16_t& key) { txtNid_KeyPress(key); },
+       .Change = [this] { txtNid_Change(); }},
+      {.Name = "Label2", .Control = &Label2, .Row = 2},
+      {.Name = "cmdOk", .Control = &cmdOk, .Row = 3, .Click = [this] { cmdOk_Click(); }},
+      {.Name = "Command1", .Control = &Command1, .Row = 3, .Click = [this] { Command1_Click(); }},
+  };
+}
+
 void frmNewPID::Form_Load() {
   result_.clear();
   txtNid.Text = initial_;

@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <string>
+#include <vector>
 
 #include "dialogs/Form.h"
 
@@ -16,6 +17,8 @@ class KOLVANE_API frmNewPID final : public Form {
   void ProgramID(const std::string& value) { initial_ = value; }
   // The identifier accepted with OK; empty after Cancel.
   std::string ProgramID() const { return result_; }
+
+  std::vector<FormControl> Controls() override;
 
   // Shows the initial identifier.
   void Form_Load() override;

@@ -11,6 +11,7 @@ namespace {
 class CountingForm final : public Form {
  public:
   std::string Caption() const override { return "Counting"; }
+  std::vector<FormControl> Controls() override { return {}; }
   void Form_Load() override { ++loads; }
   void Form_Unload(int16_t& Cancel) override {
     ++unloads;
