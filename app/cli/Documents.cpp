@@ -1,40 +1,13 @@
 #include "Documents.h"
 
-#include <fcntl.h>
-#include <sys/stat.h>
-#include <unistd.h>
-
-#include <cerrno>
-#include <cstdio>
-#include <cstdlib>
-#include <cstring>
-#include <filesystem>
-
+#include "Files.h"
 #include "XmlFile.h"
 #include "foundation/Globals.h"
 
 namespace kolvane::cli {
 
-namespace {
-
-std::string ExecutableFolder() {
-  std::error_code ec;
-  const auto exe = std::filesystem::read_symlink("/proc/self/exe", ec);
-  return ec ? std::string() : exe.parent_path().string();
-}
-
-}  // namespace
-
-std::string BundledExample(const std::string& file_name) {
-  const std::filesystem::path installed =
-      std::filesystem::path(ExecutableFolder()) / ".." / "share" / "kolvane" / file_name;
-  std::error_code ec;
-  if (std::filesystem::is_regular_file(installed, ec)) return installed.lexically_normal();
-  return std::string(KOLVANE_SOURCE_EXAMPLES) + "/" + file_name;
-}
-
 std::string DocumentPath(const std::string& path, const std::string& default_file) {
-  return path.empty() ? BundledExample(default_file) : path;
+  return path.empty() ? app::BundledExample(default_file) : path;
 }
 
 std::shared_ptr<pugi::xml_document> ReadDocument(const std::string& path,
@@ -51,35 +24,10 @@ std::shared_ptr<pugi::xml_document> ReadDocument(const std::string& path,
 }
 
 bool WriteFileAtomically(const std::string& path, const std::string& text, std::ostream& err) {
-  const std::filesystem::path target(path);
-  const std::filesystem::path folder =
-      target.has_parent_path() ? target.parent_path() : std::filesystem::path(".");
-  std::string temporary = (folder / ("." + target.filename().string() + ".XXXXXX")).string();
-  const int fd = mkstemp(temporary.data());
-  if (fd < 0) {
-    err << "kolvane: error: " << path << ": cannot write (" << std::strerror(errno) << ")\n";
-    return false;
-  }
-  // mkstemp makes the file private; give it the permissions a new file gets.
-  const mode_t mask = umask(0);
-  umask(mask);
-  bool written = fchmod(fd, 0666 & ~mask) == 0;
-  for (size_t done = 0; written && done < text.size();) {
-    const ssize_t n = write(fd, text.data() + done, text.size() - done);
-    if (n < 0 && errno == EINTR) continue;
-    written = n > 0;
-    if (written) done += static_cast<size_t>(n);
-  }
-  written = written && fsync(fd) == 0;
-  const int saved_errno = errno;
-  close(fd);
-  if (!written || std::rename(temporary.c_str(), path.c_str()) != 0) {
-    err << "kolvane: error: " << path << ": cannot write ("
-        << std::strerror(written ? errno : saved_errno) << ")\n";
-    std::remove(temporary.c_str());
-    return false;
-  }
-  return true;
+  std::string error;
+  if (app::WriteFileAtomically(path, text, error)) return true;
+  err << "kolvane: error: " << error << '\n';
+  return false;
 }
 
 bool UseCatalogue(const std::string& path, std::ostream& err) {

@@ -8,10 +8,6 @@
 
 namespace kolvane::cli {
 
-// A bundled example file (snvts.xml, nvotable.xml): installed beside the tool, else the one in
-// the source tree.
-std::string BundledExample(const std::string& file_name);
-
 // Reads an XML document whose root element must be root; prints one error line on err and
 // returns nullptr when it cannot. An empty path reads the bundled example default_file.
 std::shared_ptr<pugi::xml_document> ReadDocument(const std::string& path,
@@ -21,8 +17,7 @@ std::shared_ptr<pugi::xml_document> ReadDocument(const std::string& path,
 // Reads the type catalogue (the bundled one when path is empty) and hands it to the library.
 bool UseCatalogue(const std::string& path, std::ostream& err);
 
-// Writes text to path through a temporary file in the same folder and a rename, so that the
-// file is either the old one or the whole new one; false after one error line on err.
+// app::WriteFileAtomically; false after one error line on err.
 bool WriteFileAtomically(const std::string& path, const std::string& text, std::ostream& err);
 
 // The path ReadDocument reads for path and default_file.

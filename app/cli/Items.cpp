@@ -46,30 +46,6 @@ std::string Closest(const std::string& wanted, const std::vector<ItemRef>& items
 
 }  // namespace
 
-std::vector<ItemRef> TopItems(const IProfile& profile) {
-  std::vector<ItemRef> items;
-  for (const auto& nv : profile.IProfile_NVs()->INetworkVariables_NewEnum()) {
-    items.push_back({nv->INetworkVariable_Name(),
-                     nv->INetworkVariable_Direction() == 0 ? "in" : "out", nv,
-                     nv->INetworkVariable_SNVTType(), nv->INetworkVariable_Fields()});
-  }
-  for (const auto& cp : profile.IProfile_CPs()->IConfigProperties_NewEnum()) {
-    items.push_back({cp->IConfigProperty_Name(), "cp", cp, cp->IConfigProperty_SNVTType(),
-                     cp->IConfigProperty_Fields()});
-  }
-  return items;
-}
-
-std::vector<ItemRef> FieldsOf(const ItemRef& item) {
-  std::vector<ItemRef> fields;
-  if (!item.fields) return fields;
-  for (const auto& field : item.fields->IFields_NewEnum()) {
-    fields.push_back({item.path + "." + field->IField_Name(), "field", field,
-                      field->IField_SNVTType(), field->IField_Fields()});
-  }
-  return fields;
-}
-
 ItemRef FindItem(const IProfile& profile, const std::string& path, std::string& error) {
   std::vector<ItemRef> candidates = TopItems(profile);
   std::string rest = path;
@@ -131,35 +107,12 @@ void SetValueOf(const ItemRef& item, const std::string& value) {
 }
 
 std::string RawOf(const ItemRef& item) {
+  if (item.kind != "field") return app::TopRawOf(item);
   std::string raw;
-  ContinueOnError([&] {
-    if (auto nv = std::dynamic_pointer_cast<INetworkVariable>(item.object)) {
-      raw = nv->INetworkVariable_RawValue();
-    } else if (auto cp = std::dynamic_pointer_cast<IConfigProperty>(item.object)) {
-      raw = cp->IConfigProperty_RawValue();
-    } else if (auto field = std::dynamic_pointer_cast<CField>(item.object)) {
-      raw = field->RawText();
-    }
-  });
+  if (auto field = std::dynamic_pointer_cast<CField>(item.object)) {
+    ContinueOnError([&] { raw = field->RawText(); });
+  }
   return raw;
-}
-
-std::vector<std::string> DisplayOf(const ItemRef& item) {
-  std::vector<std::string> texts(4);
-  ContinueOnError([&] {
-    if (auto nv = std::dynamic_pointer_cast<INetworkVariable>(item.object)) {
-      texts = {nv->INetworkVariable_DispValue(), nv->INetworkVariable_DispDefault(),
-               nv->INetworkVariable_DispMin(), nv->INetworkVariable_DispMax()};
-    } else if (auto cp = std::dynamic_pointer_cast<IConfigProperty>(item.object)) {
-      texts = {cp->IConfigProperty_DispValue(), cp->IConfigProperty_DispDefault(),
-               cp->IConfigProperty_DispMin(), cp->IConfigProperty_DispMax()};
-    } else if (auto field = std::dynamic_pointer_cast<IField>(item.object)) {
-      texts = {field->IField_DispValue(), field->IField_DispDefault(), field->IField_DispMin(),
-               field->IField_DispMax()};
-    }
-  });
-  for (std::string& text : texts) text = std::string(TrimBlanks(text));
-  return texts;
 }
 
 }  // namespace kolvane::cli

@@ -4,25 +4,14 @@
 #include <string>
 #include <vector>
 
-#include "Kolvane.h"
+#include "ProfileItems.h"
 
 namespace kolvane::cli {
 
-// One network variable, configuration property or field of a loaded profile, as the commands
-// address it: "nvoLamp", "nciRoom.fan.value".
-struct ItemRef {
-  std::string path;
-  std::string kind;  // "in", "out", "cp" or "field"
-  std::shared_ptr<IUnknown> object;
-  std::shared_ptr<ISNVType> type;
-  std::shared_ptr<IFields> fields;
-};
-
-// Every network variable, then every configuration property, in profile order.
-std::vector<ItemRef> TopItems(const IProfile& profile);
-
-// The fields of an item, with their paths below it.
-std::vector<ItemRef> FieldsOf(const ItemRef& item);
+using app::DisplayOf;
+using app::FieldsOf;
+using app::ItemRef;
+using app::TopItems;
 
 // The item at path; nullptr-object with error text (naming the closest names) when there is
 // none.
@@ -33,9 +22,7 @@ ItemRef FindItem(const IProfile& profile, const std::string& path, std::string& 
 std::string ValueOf(const ItemRef& item);
 // Sets the value text through the member a host uses.
 void SetValueOf(const ItemRef& item, const std::string& value);
-// The raw bytes as hexadecimal text; empty when the value has none.
+// The raw bytes as hexadecimal text (a field's too); empty when the value has none.
 std::string RawOf(const ItemRef& item);
-// Display texts: value, default, minimum, maximum.
-std::vector<std::string> DisplayOf(const ItemRef& item);
 
 }  // namespace kolvane::cli

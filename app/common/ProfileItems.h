@@ -1,0 +1,34 @@
+#pragma once
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "Kolvane.h"
+
+namespace kolvane::app {
+
+// One network variable, configuration property or field of a loaded profile, as the tools
+// address it: "nvoLamp", "nciRoom.fan.value".
+struct ItemRef {
+  std::string path;
+  std::string kind;  // "in", "out", "cp" or "field"
+  std::shared_ptr<IUnknown> object;
+  std::shared_ptr<ISNVType> type;
+  std::shared_ptr<IFields> fields;
+};
+
+// Every network variable, then every configuration property, in profile order.
+std::vector<ItemRef> TopItems(const IProfile& profile);
+
+// The fields of an item, with their paths below it.
+std::vector<ItemRef> FieldsOf(const ItemRef& item);
+
+// Display texts: value, default, minimum, maximum; blanks trimmed, empty where a getter fails.
+std::vector<std::string> DisplayOf(const ItemRef& item);
+
+// Raw bytes of a network variable's or configuration property's value as hexadecimal text; empty
+// for a field and where the value has none.
+std::string TopRawOf(const ItemRef& item);
+
+}  // namespace kolvane::app
