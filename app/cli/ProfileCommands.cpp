@@ -33,9 +33,7 @@ std::string TypeName(const ItemRef& item) { return item.type ? item.type->ISNVTy
 
 void AddRows(Table& table, const ItemRef& item, const std::string& indent) {
   const auto texts = DisplayOf(item);
-  // A structure's limits are its fields'.
-  const std::string limits =
-      item.fields || (texts[2].empty() && texts[3].empty()) ? "" : texts[2] + " .. " + texts[3];
+  const std::string limits = app::LimitsOf(item, texts);
   table.AddRow({indent + item.path.substr(item.path.rfind('.') + 1),
                 indent.empty() ? item.kind : "", TypeName(item), texts[0], texts[1], limits,
                 RawOf(item)});
@@ -256,15 +254,8 @@ int RunSave(const SaveOptions& options, std::ostream& out, std::ostream& err) {
       return 1;
     }
   }
-  pugi::xml_document values;
-  if (options.interoperability) {
-    profile->Iprofile_SaveValueForInteroperability(values, values);
-  } else {
-    profile->Iprofile_XmlSaveValue(values, values);
-  }
-  std::ostringstream text;
-  values.save(text, "  ", pugi::format_default, pugi::encoding_utf8);
-  if (!WriteFileAtomically(options.output, text.str(), err)) return 1;
+  const std::string text = app::ValuesDocumentText(*profile, options.interoperability);
+  if (!WriteFileAtomically(options.output, text, err)) return 1;
   if (options.common.json) {
     JsonWriter json(out);
     json.BeginObject().Member("written", options.output);

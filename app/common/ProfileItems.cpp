@@ -1,5 +1,7 @@
 #include "ProfileItems.h"
 
+#include <sstream>
+
 #include "foundation/ContinueOnError.h"
 #include "foundation/Text.h"
 
@@ -57,6 +59,23 @@ std::vector<std::string> DisplayOf(const ItemRef& item) {
   });
   for (std::string& text : texts) text = std::string(TrimBlanks(text));
   return texts;
+}
+
+std::string LimitsOf(const ItemRef& item, const std::vector<std::string>& display) {
+  if (item.fields || display.size() < 4 || (display[2].empty() && display[3].empty())) return "";
+  return display[2] + " .. " + display[3];
+}
+
+std::string ValuesDocumentText(IProfile& profile, bool interoperability) {
+  pugi::xml_document values;
+  if (interoperability) {
+    profile.Iprofile_SaveValueForInteroperability(values, values);
+  } else {
+    profile.Iprofile_XmlSaveValue(values, values);
+  }
+  std::ostringstream text;
+  values.save(text, "  ", pugi::format_default, pugi::encoding_utf8);
+  return text.str();
 }
 
 }  // namespace kolvane::app

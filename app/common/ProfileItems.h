@@ -31,4 +31,12 @@ std::vector<std::string> DisplayOf(const ItemRef& item);
 // for a field and where the value has none.
 std::string TopRawOf(const ItemRef& item);
 
+// "minimum .. maximum" from DisplayOf's texts; empty for a structure (its fields have limits)
+// and for a type without any.
+std::string LimitsOf(const ItemRef& item, const std::vector<std::string>& display);
+
+// The profile's values as an XML document text: the stored form, or the interoperability form
+// with item keys.
+std::string ValuesDocumentText(IProfile& profile, bool interoperability);
+
 }  // namespace kolvane::app

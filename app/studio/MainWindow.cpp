@@ -1,0 +1,325 @@
+#include "MainWindow.h"
+
+#include <QAction>
+#include <QApplication>
+#include <QDockWidget>
+#include <QFileDialog>
+#include <QFileInfo>
+#include <QFormLayout>
+#include <QGroupBox>
+#include <QHeaderView>
+#include <QLabel>
+#include <QListWidget>
+#include <QMenuBar>
+#include <QMessageBox>
+#include <QPlainTextEdit>
+#include <QSplitter>
+#include <QStatusBar>
+#include <QTreeWidget>
+#include <QVBoxLayout>
+
+#include "Files.h"
+#include "QtHost.h"
+#include "XmlFile.h"
+
+namespace kolvane::studio {
+
+namespace {
+
+QString ToQ(const std::string& text) { return QString::fromUtf8(text.data(), text.size()); }
+
+QTreeWidget* MakeTree(QWidget* parent, const QString& name, bool with_direction) {
+  auto* tree = new QTreeWidget(parent);
+  tree->setObjectName(name);
+  tree->setHeaderLabels({"Name", "Direction", "Type", "Value", "Default", "Limits", "Raw bytes"});
+  tree->setColumnHidden(MainWindow::kDirection, !with_direction);
+  tree->setAlternatingRowColors(true);
+  tree->setUniformRowHeights(true);
+  tree->header()->setSectionResizeMode(QHeaderView::ResizeToContents);
+  return tree;
+}
+
+// Reads one of the three documents; an empty path reads the bundled example.
+std::shared_ptr<pugi::xml_document> ReadDocument(const std::string& path,
+                                                 const std::string& bundled,
+                                                 const std::string& root, std::string& error) {
+  auto document = std::make_shared<pugi::xml_document>();
+  const app::XmlLoadResult loaded =
+      app::LoadXmlFile(path.empty() ? app::BundledExample(bundled) : path, *document, root);
+  if (loaded) return document;
+  error = loaded.description();
+  return nullptr;
+}
+
+std::string TypeText(const app::ItemRef& item) {
+  return item.type ? "SNVT_" + item.type->ISNVType_ID() : "";
+}
+
+}  // namespace
+
+MainWindow::MainWindow() {
+  auto* panes = new QSplitter(Qt::Vertical, this);
+  variables_ = MakeTree(panes, "variables", true);
+  properties_ = MakeTree(panes, "properties", false);
+  panes->addWidget(variables_);
+  panes->addWidget(properties_);
+
+  auto* side = new QGroupBox("Network variable", this);
+  auto* side_layout = new QVBoxLayout(side);
+  variable_facts_ = new QLabel("Select a network variable.", side);
+  variable_facts_->setObjectName("variableFacts");
+  variable_facts_->setTextFormat(Qt::PlainText);
+  variable_facts_->setAlignment(Qt::AlignTop | Qt::AlignLeft);
+  variable_facts_->setWordWrap(true);
+  compatibles_ = new QListWidget(side);
+  compatibles_->setObjectName("compatibles");
+  side_layout->addWidget(variable_facts_);
+  side_layout->addWidget(new QLabel("Compatible types:", side));
+  side_layout->addWidget(compatibles_, 1);
+
+  auto* main = new QSplitter(Qt::Horizontal, this);
+  main->addWidget(panes);
+  main->addWidget(side);
+  main->setStretchFactor(0, 4);
+  main->setStretchFactor(1, 1);
+  setCentralWidget(main);
+
+  messages_ = new QPlainTextEdit(this);
+  messages_->setObjectName("messages");
+  messages_->setReadOnly(true);
+  messages_->setMaximumBlockCount(1000);
+  auto* dock = new QDockWidget("Messages", this);
+  dock->setObjectName("messagesDock");
+  dock->setWidget(messages_);
+  dock->setFeatures(QDockWidget::DockWidgetClosable | QDockWidget::DockWidgetMovable);
+  addDockWidget(Qt::BottomDockWidgetArea, dock);
+
+  for (QTreeWidget* tree : {variables_, properties_}) {
+    // Double-click or Enter.
+    connect(tree, &QTreeWidget::itemActivated, this,
+            [this](QTreeWidgetItem* item) { EditItem(item); });
+    connect(tree, &QTreeWidget::currentItemChanged, this,
+            [this](QTreeWidgetItem* current) { ShowVariable(current); });
+  }
+  BuildMenus();
+  resize(1280, 760);
+  RefreshTitle();
+}
+
+MainWindow::~MainWindow() {
+  if (profile_) profile_->IProfile_ClearParent();
+}
+
+void MainWindow::BuildMenus() {
+  QMenu* file = menuBar()->addMenu("&File");
+  file->addAction("&Open Profile...", QKeySequence::Open, this, [this] { AskOpen(); });
+  file->addAction("Type &Catalogue...", this, [this] {
+    const QString path = QFileDialog::getOpenFileName(this, "Type Catalogue", {}, "XML (*.xml)");
+    if (path.isEmpty()) return;
+    ProfileFiles files = files_;
+    files.catalogue = path.toStdString();
+    Open(files);
+  });
+  file->addAction("&NVO Table...", this, [this] {
+    const QString path = QFileDialog::getOpenFileName(this, "NVO Table", {}, "XML (*.xml)");
+    if (path.isEmpty()) return;
+    ProfileFiles files = files_;
+    files.nvo_table = path.toStdString();
+    Open(files);
+  });
+  file->addSeparator();
+  file->addAction("&Save Values...", QKeySequence::Save, this, [this] { AskSave(false); });
+  file->addAction("Save Values for &Interoperability...", this, [this] { AskSave(true); });
+  file->addSeparator();
+  file->addAction("&Quit", QKeySequence::Quit, this, [this] { close(); });
+
+  QMenu* device = menuBar()->addMenu("&Device");
+  device->addAction("&Program ID...", this, [this] { ChangeProgramId(); });
+}
+
+bool MainWindow::Open(const ProfileFiles& files) {
+  std::string error;
+  auto catalogue = ReadDocument(files.catalogue, "snvts.xml", "SNVTS", error);
+  auto nvo_table = catalogue ? ReadDocument(files.nvo_table, "nvotable.xml", "", error) : nullptr;
+  auto document =
+      nvo_table ? ReadDocument(files.profile, "profile.xml", "Profile", error) : nullptr;
+  if (!document) {
+    QMessageBox::critical(this, "Open Profile", ToQ(error));
+    return false;
+  }
+  auto profile = CreateProfile();
+  std::string name;
+  std::vector<std::string> messages;
+  {
+    CollectedMessages collected;
+    profile->Iprofile_SetXmlDomDocs(catalogue, nvo_table);
+    profile->IProfile_FriendSet(document, name, nullptr, catalogue, nvo_table, "");
+    messages = collected.lines();
+  }
+  if (profile_) profile_->IProfile_ClearParent();
+  files_ = files;
+  catalogue_ = std::move(catalogue);
+  nvo_table_ = std::move(nvo_table);
+  document_ = std::move(document);
+  profile_ = std::move(profile);
+  program_id_ = document_->child("Profile").child("ProgramID").text().get();
+  Populate();
+  ReportLoad(messages);
+  RefreshTitle();
+  return true;
+}
+
+void MainWindow::ReportLoad(const std::vector<std::string>& messages) {
+  const std::string file = files_.profile.empty() ? "bundled example" : files_.profile;
+  messages_->appendPlainText(ToQ("Loaded " + profile_->IProfile_Name() + " from " + file));
+  for (const std::string& line : messages) messages_->appendPlainText(ToQ("  " + line));
+  statusBar()->showMessage(QString("%1 variables, %2 properties, %3 messages")
+                               .arg(profile_->IProfile_NVs()->INetworkVariables_Count())
+                               .arg(profile_->IProfile_CPs()->IConfigProperties_Count())
+                               .arg(messages.size()));
+}
+
+bool MainWindow::SaveValues(const std::string& path, bool interoperability) {
+  if (!profile_) return false;
+  std::string error;
+  if (!app::WriteFileAtomically(path, app::ValuesDocumentText(*profile_, interoperability),
+                                error)) {
+    QMessageBox::critical(this, "Save Values", ToQ(error));
+    return false;
+  }
+  messages_->appendPlainText(ToQ("Saved values to " + path));
+  RefreshTitle();
+  return true;
+}
+
+void MainWindow::AskOpen() {
+  const QString path = QFileDialog::getOpenFileName(this, "Open Profile", {}, "XML (*.xml)");
+  if (path.isEmpty()) return;
+  ProfileFiles files = files_;
+  files.profile = path.toStdString();
+  Open(files);
+}
+
+void MainWindow::AskSave(bool interoperability) {
+  const QString path = QFileDialog::getSaveFileName(
+      this, interoperability ? "Save Values for Interoperability" : "Save Values", {},
+      "XML (*.xml)");
+  if (path.isEmpty()) return;
+  // The values file is a document of its own: never write it over the profile it came from.
+  if (!files_.profile.empty() && QFileInfo(path) == QFileInfo(ToQ(files_.profile))) {
+    QMessageBox::warning(this, "Save Values",
+                         "The values would replace the profile they came from.");
+    return;
+  }
+  SaveValues(path.toStdString(), interoperability);
+}
+
+void MainWindow::Populate() {
+  rows_.clear();
+  variables_->clear();
+  properties_->clear();
+  rows_.reserve(256);
+  for (const app::ItemRef& item : app::TopItems(*profile_)) {
+    AddRows(item.kind == "cp" ? properties_ : variables_, nullptr, item, item);
+  }
+  RefreshRows();
+  ShowVariable(nullptr);
+}
+
+void MainWindow::AddRows(QTreeWidget* tree, QTreeWidgetItem* parent, const app::ItemRef& item,
+                         const app::ItemRef& top) {
+  auto* widget = parent ? new QTreeWidgetItem(parent) : new QTreeWidgetItem(tree);
+  widget->setText(kName, ToQ(item.path.substr(item.path.rfind('.') + 1)));
+  widget->setData(kName, Qt::UserRole, static_cast<qulonglong>(rows_.size()));
+  rows_.push_back({item, top, widget});
+  for (const app::ItemRef& field : app::FieldsOf(item)) AddRows(tree, widget, field, top);
+}
+
+const MainWindow::Row* MainWindow::RowOf(QTreeWidgetItem* widget) const {
+  if (!widget) return nullptr;
+  const auto index = widget->data(kName, Qt::UserRole).toULongLong();
+  return index < rows_.size() ? &rows_[index] : nullptr;
+}
+
+void MainWindow::RefreshRows() {
+  for (const Row& row : rows_) {
+    const std::vector<std::string> texts = app::DisplayOf(row.item);
+    QTreeWidgetItem* widget = row.widget;
+    widget->setText(kDirection, row.item.kind == "in"    ? "Input"
+                                : row.item.kind == "out" ? "Output"
+                                                         : "");
+    widget->setText(kType, ToQ(TypeText(row.item)));
+    widget->setText(kValue, ToQ(texts[0]));
+    widget->setText(kDefault, ToQ(texts[1]));
+    widget->setText(kLimits, ToQ(app::LimitsOf(row.item, texts)));
+    widget->setText(kRaw, ToQ(app::TopRawOf(row.item)));
+  }
+}
+
+void MainWindow::RefreshTitle() {
+  const std::string name = profile_ ? profile_->IProfile_Name() : "no profile";
+  setWindowTitle(ToQ(name) + "[*] - Kolvane Studio");
+  setWindowModified(profile_ && profile_->IProfile_NeedSave());
+}
+
+void MainWindow::EditItem(QTreeWidgetItem* widget) {
+  const Row* row = RowOf(widget);
+  if (!row) return;
+  // A field is edited through its owner's dialog.
+  if (auto nv = std::dynamic_pointer_cast<INetworkVariable>(row->top.object)) {
+    nv->INetworkVariable_SetValue();
+  } else if (auto cp = std::dynamic_pointer_cast<IConfigProperty>(row->top.object)) {
+    cp->IConfigProperty_SetValue();
+  }
+  RefreshRows();
+  RefreshTitle();
+  ShowVariable(widget);
+}
+
+void MainWindow::ShowVariable(QTreeWidgetItem* current) {
+  compatibles_->clear();
+  const Row* row = RowOf(current);
+  const auto nv = row ? std::dynamic_pointer_cast<INetworkVariable>(row->top.object) : nullptr;
+  if (!nv) {
+    variable_facts_->setText("Select a network variable.");
+    return;
+  }
+  std::string facts = nv->INetworkVariable_Name() + "\n" + TypeText(row->top) + ", " +
+                      (nv->INetworkVariable_Direction() == 0 ? "input" : "output") + "\n";
+  facts += nv->INetworkVariable_IsConnected() ? "Connected" : "Not connected";
+  const int32_t index = nv->INetworkVariable_ConnectionIndex();
+  facts += index < 0 ? ", not exported" : ", export number " + std::to_string(index);
+  std::string override_text = "none";
+  if (auto overridable = std::dynamic_pointer_cast<IOverridableItem>(nv)) {
+    if (auto over = overridable->IOverridableItem_TypeOverride()) {
+      override_text = "SNVT_" + over->ITypeOverride_OverridingType();
+      if (auto states = over->ITypeOverride_States()) {
+        override_text += " with " + std::to_string(states->IStates_Count()) + " states";
+        for (const auto& state : states->IStates_NewEnum()) {
+          override_text +=
+              "\n  " + state->iState_Name() + " = " + std::to_string(state->iState_Value());
+        }
+      }
+    }
+  }
+  facts += "\nType override: " + override_text;
+  variable_facts_->setText(ToQ(facts));
+  if (auto compatible = nv->INetworkVariable_SNVTCompatibles()) {
+    for (const auto& entry : compatible->ICompatibleSNVTs_NewEnum()) {
+      compatibles_->addItem(ToQ("SNVT_" + entry->ICompatibleSNVT_ID()));
+    }
+  }
+}
+
+void MainWindow::ChangeProgramId() {
+  auto dialog = std::make_shared<frmNewPID>();
+  dialog->ProgramID(program_id_);
+  dialog->Show();
+  const std::string accepted = dialog->ProgramID();
+  if (accepted.empty()) return;
+  program_id_ = accepted;
+  messages_->appendPlainText(ToQ("Program ID set to " + program_id_));
+  statusBar()->showMessage(ToQ("Program ID " + program_id_));
+}
+
+}  // namespace kolvane::studio

@@ -1,0 +1,87 @@
+#pragma once
+
+#include <QMainWindow>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "Kolvane.h"
+#include "ProfileItems.h"
+
+class QLabel;
+class QListWidget;
+class QPlainTextEdit;
+class QTreeWidget;
+class QTreeWidgetItem;
+
+namespace kolvane::studio {
+
+// The files a profile is read from; empty paths stand for the bundled examples.
+struct ProfileFiles {
+  std::string profile;
+  std::string catalogue;
+  std::string nvo_table;
+};
+
+// The studio's window: the profile's network variables and configuration properties as trees,
+// the selected variable's connection facts beside them, and the library's messages below.
+class MainWindow final : public QMainWindow {
+  Q_OBJECT
+
+ public:
+  MainWindow();
+  ~MainWindow() override;
+
+  // Reads the three documents and loads the profile; false (with a message box) when a file
+  // cannot be read, the loaded profile then stays.
+  bool Open(const ProfileFiles& files);
+  // Writes the values, stored or interoperability form, atomically; false with a message box.
+  bool SaveValues(const std::string& path, bool interoperability);
+
+  // The two item trees; columns as in Column.
+  QTreeWidget* VariablesTree() const { return variables_; }
+  QTreeWidget* PropertiesTree() const { return properties_; }
+  std::shared_ptr<IProfile> Profile() const { return profile_; }
+  // The program identifier last accepted in the Device menu's dialog.
+  const std::string& ProgramId() const { return program_id_; }
+
+  enum Column { kName, kDirection, kType, kValue, kDefault, kLimits, kRaw, kColumns };
+
+ private:
+  struct Row {
+    app::ItemRef item;
+    app::ItemRef top;  // the network variable or property the row belongs to
+    QTreeWidgetItem* widget = nullptr;
+  };
+
+  void BuildMenus();
+  void Populate();
+  void AddRows(QTreeWidget* tree, QTreeWidgetItem* parent, const app::ItemRef& item,
+               const app::ItemRef& top);
+  void RefreshRows();
+  void RefreshTitle();
+  void ShowVariable(QTreeWidgetItem* current);
+  const Row* RowOf(QTreeWidgetItem* widget) const;
+  // Opens the item's editor (a field's: its owner's) and redraws what it changed.
+  void EditItem(QTreeWidgetItem* widget);
+  void ChangeProgramId();
+  void AskOpen();
+  void AskSave(bool interoperability);
+  void ReportLoad(const std::vector<std::string>& messages);
+
+  ProfileFiles files_;
+  std::shared_ptr<pugi::xml_document> catalogue_;
+  std::shared_ptr<pugi::xml_document> nvo_table_;
+  std::shared_ptr<pugi::xml_document> document_;
+  std::shared_ptr<IProfile> profile_;
+  std::string program_id_;
+  std::vector<Row> rows_;
+
+  QTreeWidget* variables_ = nullptr;
+  QTreeWidget* properties_ = nullptr;
+  QLabel* variable_facts_ = nullptr;
+  QListWidget* compatibles_ = nullptr;
+  QPlainTextEdit* messages_ = nullptr;
+};
+
+}  // namespace kolvane::studio

@@ -1,0 +1,375 @@
+#include "QtFormHost.h"
+
+#include <QApplication>
+#include <QCheckBox>
+#include <QComboBox>
+#include <QFrame>
+#include <QHBoxLayout>
+#include <QHeaderView>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QLineEdit>
+#include <QMouseEvent>
+#include <QPushButton>
+#include <QTreeWidget>
+#include <QVBoxLayout>
+#include <algorithm>
+#include <map>
+
+namespace kolvane::studio {
+
+namespace {
+
+constexpr int16_t kBackspace = 8;
+constexpr int16_t kEnter = 13;
+constexpr int16_t kEscape = 27;
+
+QString FromUtf8(const std::string& text) { return QString::fromUtf8(text.data(), text.size()); }
+std::string ToUtf8(const QString& text) { return text.toUtf8().toStdString(); }
+
+// Position in a QString (UTF-16 units) of a byte offset into its UTF-8 text, and back.
+int QtIndex(const std::string& text, int32_t bytes) {
+  const auto end =
+      static_cast<size_t>(std::clamp<int32_t>(bytes, 0, static_cast<int32_t>(text.size())));
+  return static_cast<int>(QString::fromUtf8(text.data(), static_cast<qsizetype>(end)).size());
+}
+int32_t ByteOffset(const QString& text, int index) {
+  return static_cast<int32_t>(text.left(index).toUtf8().size());
+}
+
+// The code Visual Basic hands to KeyPress for a key; 0 for a key that raises none (arrows,
+// Delete, shortcuts). A character without a Windows-1252 code is "?".
+int16_t KeyAscii(const QKeyEvent& key) {
+  switch (key.key()) {
+    case Qt::Key_Backspace:
+      return kBackspace;
+    case Qt::Key_Return:
+    case Qt::Key_Enter:
+      return kEnter;
+    case Qt::Key_Escape:
+      return kEscape;
+    default:
+      break;
+  }
+  if (key.modifiers() & (Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier)) return 0;
+  const QString text = key.text();
+  if (text.size() != 1 || !text.at(0).isPrint()) return 0;
+  const char16_t unit = text.at(0).unicode();
+  return static_cast<int16_t>(unit < 256 ? unit : '?');
+}
+
+int16_t ButtonCode(Qt::MouseButton button) {
+  switch (button) {
+    case Qt::LeftButton:
+      return 1;
+    case Qt::RightButton:
+      return 2;
+    case Qt::MiddleButton:
+      return 4;
+    default:
+      return 0;
+  }
+}
+
+int16_t ShiftCode(Qt::KeyboardModifiers modifiers) {
+  return static_cast<int16_t>((modifiers & Qt::ShiftModifier ? 1 : 0) |
+                              (modifiers & Qt::ControlModifier ? 2 : 0) |
+                              (modifiers & Qt::AltModifier ? 4 : 0));
+}
+
+template <class... F>
+struct Overloaded : F... {
+  using F::operator()...;
+};
+template <class... F>
+Overloaded(F...) -> Overloaded<F...>;
+
+}  // namespace
+
+FormDialog::FormDialog(Form& form, QWidget* parent) : QDialog(parent), form_(form) {
+  setWindowTitle(FromUtf8(form.Caption()));
+  setMinimumWidth(340);
+  for (FormControl& control : form.Controls()) bindings_.push_back({std::move(control), nullptr});
+
+  std::map<int16_t, std::vector<Binding*>> rows;
+  for (Binding& binding : bindings_) rows[binding.control.Row].push_back(&binding);
+  auto* layout = new QVBoxLayout(this);
+  for (auto& [row, members] : rows) {
+    auto* line = new QHBoxLayout;
+    const bool buttons_only = std::all_of(members.begin(), members.end(), [](const Binding* b) {
+      return std::holds_alternative<CommandButton*>(b->control.Control);
+    });
+    if (buttons_only) line->addStretch();
+    for (Binding* binding : members) {
+      if (!binding->control.Prompt.empty()) {
+        line->addWidget(new QLabel(FromUtf8(binding->control.Prompt), this));
+      }
+      line->addWidget(MakeWidget(*binding));
+    }
+    layout->addLayout(line);
+  }
+  Refresh();
+}
+
+QWidget* FormDialog::MakeWidget(Binding& binding) {
+  const FormControl& control = binding.control;
+  QWidget* widget =
+      std::visit(Overloaded{
+                     [&](Label*) -> QWidget* {
+                       auto* label = new QLabel(this);
+                       if (control.DblClick) {  // a cell the user flips, as the bits of a bit field
+                         label->setFrameStyle(QFrame::Panel | QFrame::Sunken);
+                         label->setAlignment(Qt::AlignCenter);
+                         label->setMinimumWidth(22);
+                         label->installEventFilter(this);
+                       }
+                       return label;
+                     },
+                     [&](TextBox*) -> QWidget* {
+                       auto* edit = new QLineEdit(this);
+                       edit->installEventFilter(this);
+                       connect(edit, &QLineEdit::textEdited, this, [this, &binding] {
+                         if (!typing_ && binding.control.Change) Dispatch(binding.control.Change);
+                       });
+                       return edit;
+                     },
+                     [&](CheckBox*) -> QWidget* {
+                       auto* box = new QCheckBox(this);
+                       connect(box, &QCheckBox::clicked, this, [this, &binding] {
+                         if (binding.control.Click) Dispatch(binding.control.Click);
+                       });
+                       return box;
+                     },
+                     [&](CommandButton*) -> QWidget* {
+                       auto* button = new QPushButton(this);
+                       button->setAutoDefault(false);  // Enter goes to the text box's KeyPress
+                       connect(button, &QPushButton::clicked, this, [this, &binding] {
+                         if (binding.control.Click) Dispatch(binding.control.Click);
+                       });
+                       return button;
+                     },
+                     [&](ComboBox*) -> QWidget* {
+                       auto* combo = new QComboBox(this);
+                       connect(combo, &QComboBox::activated, this, [this, &binding] {
+                         if (binding.control.Click) Dispatch(binding.control.Click);
+                       });
+                       return combo;
+                     },
+                     [&](ListView*) -> QWidget* {
+                       auto* tree = new QTreeWidget(this);
+                       tree->setRootIsDecorated(false);
+                       tree->setMinimumHeight(160);
+                       tree->viewport()->installEventFilter(this);
+                       connect(tree, &QTreeWidget::itemDoubleClicked, this, [this, &binding] {
+                         if (binding.control.DblClick) Dispatch(binding.control.DblClick);
+                       });
+                       return tree;
+                     },
+                 },
+                 control.Control);
+  widget->setObjectName(FromUtf8(control.Name));
+  binding.widget = widget;
+  return widget;
+}
+
+void FormDialog::Refresh() {
+  for (Binding& binding : bindings_) {
+    QWidget* widget = binding.widget;
+    std::visit(
+        Overloaded{
+            [&](Label* label) {
+              static_cast<QLabel*>(widget)->setText(FromUtf8(label->Caption));
+              widget->setVisible(label->Visible);
+            },
+            [&](TextBox* box) {
+              auto* edit = static_cast<QLineEdit*>(widget);
+              const QString text = FromUtf8(box->Text);
+              if (edit->text() != text) edit->setText(text);
+              const int start = QtIndex(box->Text, box->SelStart);
+              const int length = QtIndex(box->Text, box->SelStart + box->SelLength) - start;
+              if (length > 0) {
+                edit->setSelection(start, length);
+              } else {
+                edit->setCursorPosition(start);
+              }
+              edit->setEnabled(box->Enabled);
+              edit->setVisible(box->Visible);
+            },
+            [&](CheckBox* check) {
+              auto* box = static_cast<QCheckBox*>(widget);
+              box->setText(FromUtf8(check->Caption));
+              box->setChecked(check->Value == 1);
+              box->setEnabled(check->Enabled);
+            },
+            [&](CommandButton* command) {
+              auto* button = static_cast<QPushButton*>(widget);
+              button->setText(FromUtf8(command->Caption));
+              button->setEnabled(command->Enabled);
+            },
+            [&](ComboBox* list) {
+              auto* combo = static_cast<QComboBox*>(widget);
+              QStringList entries;
+              for (const std::string& entry : list->List) entries << FromUtf8(entry);
+              QStringList shown;
+              for (int i = 0; i < combo->count(); ++i) shown << combo->itemText(i);
+              if (shown != entries) {
+                combo->clear();
+                combo->addItems(entries);
+              }
+              combo->setCurrentIndex(list->ListIndex);
+            },
+            [&](ListView* view) {
+              auto* tree = static_cast<QTreeWidget*>(widget);
+              QStringList headers;
+              for (const std::string& header : view->ColumnHeaders) headers << FromUtf8(header);
+              tree->setHeaderLabels(headers);
+              QList<QStringList> rows;
+              for (const ListItem& row : view->ListItems) {
+                QStringList cells{FromUtf8(row.Text)};
+                for (const std::string& cell : row.SubItems) cells << FromUtf8(cell);
+                rows << cells;
+              }
+              QList<QStringList> shown;
+              for (int i = 0; i < tree->topLevelItemCount(); ++i) {
+                QStringList cells;
+                for (int c = 0; c < tree->columnCount(); ++c)
+                  cells << tree->topLevelItem(i)->text(c);
+                while (!cells.isEmpty() && cells.size() > rows.value(i).size()) cells.removeLast();
+                shown << cells;
+              }
+              // Rebuilt only when the rows changed: a rebuild in the middle of a click loses it.
+              if (shown != rows) {
+                tree->clear();
+                for (const QStringList& cells : rows)
+                  tree->addTopLevelItem(new QTreeWidgetItem(cells));
+                tree->resizeColumnToContents(0);
+              }
+              if (view->SelectedItem >= 0 && view->SelectedItem < tree->topLevelItemCount()) {
+                tree->setCurrentItem(tree->topLevelItem(view->SelectedItem));
+              }
+            },
+        },
+        binding.control.Control);
+  }
+  if (!form_.ActiveControl.empty() && form_.ActiveControl != focused_) {
+    for (Binding& binding : bindings_) {
+      if (binding.control.Name == form_.ActiveControl) binding.widget->setFocus();
+    }
+  }
+  focused_ = form_.ActiveControl;
+}
+
+void FormDialog::SyncFromWidgets() {
+  for (Binding& binding : bindings_) {
+    QWidget* widget = binding.widget;
+    if (widget->hasFocus()) form_.ActiveControl = binding.control.Name;
+    std::visit(Overloaded{
+                   [](Label*) {},
+                   [](CommandButton*) {},
+                   [&](TextBox* box) {
+                     auto* edit = static_cast<QLineEdit*>(widget);
+                     const QString text = edit->text();
+                     box->Text = ToUtf8(text);
+                     const bool selected = edit->hasSelectedText();
+                     const int start = selected ? edit->selectionStart() : edit->cursorPosition();
+                     box->SelStart = ByteOffset(text, start);
+                     box->SelLength = selected ? ByteOffset(text, start + edit->selectionLength()) -
+                                                     box->SelStart
+                                               : 0;
+                   },
+                   [&](CheckBox* check) {
+                     check->Value = static_cast<QCheckBox*>(widget)->isChecked() ? 1 : 0;
+                   },
+                   [&](ComboBox* list) {
+                     auto* combo = static_cast<QComboBox*>(widget);
+                     list->ListIndex = combo->currentIndex();
+                     list->Text = ToUtf8(combo->currentText());
+                   },
+                   [&](ListView* view) {
+                     auto* tree = static_cast<QTreeWidget*>(widget);
+                     view->SelectedItem =
+                         tree->currentItem() ? tree->indexOfTopLevelItem(tree->currentItem()) : -1;
+                   },
+               },
+               binding.control.Control);
+  }
+  focused_ = form_.ActiveControl;
+}
+
+void FormDialog::Dispatch(const std::function<void()>& handler) {
+  SyncFromWidgets();
+  handler();
+  if (!form_.Loaded()) {
+    done(QDialog::Accepted);
+    return;
+  }
+  Refresh();
+}
+
+bool FormDialog::TypeKey(Binding& binding, QLineEdit& edit, int16_t code) {
+  const QString before = edit.text();
+  int16_t kept = code;
+  Dispatch([&] { binding.control.KeyPress(kept); });
+  if (!form_.Loaded()) return true;
+  if (kept == kEscape) {
+    reject();
+    return true;
+  }
+  if (kept == 0 || kept == kEnter) {
+    // A text the handler itself changed (Escape restoring it, say) still raises Change.
+    if (edit.text() != before && binding.control.Change) Dispatch(binding.control.Change);
+    return true;
+  }
+  typing_ = true;
+  if (kept == kBackspace) {
+    edit.backspace();
+  } else {
+    edit.insert(QString(QChar(static_cast<char16_t>(static_cast<unsigned char>(kept)))));
+  }
+  typing_ = false;
+  if (edit.text() != before && binding.control.Change) Dispatch(binding.control.Change);
+  return true;
+}
+
+bool FormDialog::eventFilter(QObject* watched, QEvent* event) {
+  for (Binding& binding : bindings_) {
+    const FormControl& control = binding.control;
+    if (auto* edit = qobject_cast<QLineEdit*>(binding.widget);
+        edit == watched && event->type() == QEvent::KeyPress && control.KeyPress) {
+      const int16_t code = KeyAscii(*static_cast<QKeyEvent*>(event));
+      return code != 0 && TypeKey(binding, *edit, code);
+    }
+    if (binding.widget == watched && event->type() == QEvent::MouseButtonDblClick &&
+        control.DblClick) {
+      Dispatch(control.DblClick);
+      return true;
+    }
+    auto* tree = qobject_cast<QTreeWidget*>(binding.widget);
+    if (tree && tree->viewport() == watched && event->type() == QEvent::MouseButtonPress &&
+        control.MouseDown) {
+      const auto* mouse = static_cast<QMouseEvent*>(event);
+      const QPointF at = mouse->position();
+      if (QTreeWidgetItem* row = tree->itemAt(at.toPoint())) tree->setCurrentItem(row);
+      const int16_t button = ButtonCode(mouse->button());
+      const int16_t shift = ShiftCode(mouse->modifiers());
+      Dispatch([&] {
+        control.MouseDown(button, shift, static_cast<float>(at.x()), static_cast<float>(at.y()));
+      });
+      // The press opened a dialog and closed this one meanwhile: nothing more to do with it.
+      return !form_.Loaded();
+    }
+  }
+  return QDialog::eventFilter(watched, event);
+}
+
+void FormDialog::reject() {
+  form_.Unload();
+  if (!form_.Loaded()) QDialog::reject();
+}
+
+void QtFormHost::RunModal(Form& form) {
+  FormDialog dialog(form, QApplication::activeWindow());
+  if (form.Loaded()) dialog.exec();
+}
+
+}  // namespace kolvane::studio

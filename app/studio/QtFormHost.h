@@ -1,0 +1,56 @@
+#pragma once
+
+#include <QDialog>
+#include <string>
+#include <vector>
+
+#include "Kolvane.h"
+
+class QLineEdit;
+
+namespace kolvane::studio {
+
+// Renders any form as a Qt dialog built from the form's control list. The user's input reaches
+// the form's event handlers; after each event the widgets are redrawn from the form's state, and
+// the dialog closes once the form has unloaded.
+class FormDialog final : public QDialog {
+  Q_OBJECT
+
+ public:
+  FormDialog(Form& form, QWidget* parent);
+
+  // Redraws every widget from the form's state.
+  void Refresh();
+
+ protected:
+  bool eventFilter(QObject* watched, QEvent* event) override;
+  // Escape and the window's close button unload the form; a form that cancels stays open.
+  void reject() override;
+
+ private:
+  struct Binding {
+    FormControl control;
+    QWidget* widget = nullptr;
+  };
+
+  QWidget* MakeWidget(Binding& binding);
+  // Copies what the user changed in the widgets into the form (texts, selections, checks, rows,
+  // focus), runs the handler, then closes or redraws.
+  void Dispatch(const std::function<void()>& handler);
+  void SyncFromWidgets();
+  // A typed key: KeyPress, then (unless dropped) the edit, then Change. True when consumed.
+  bool TypeKey(Binding& binding, QLineEdit& edit, int16_t code);
+
+  Form& form_;
+  std::vector<Binding> bindings_;
+  std::string focused_;  // the form's ActiveControl as last applied
+  bool typing_ = false;  // set while a typed key edits a line edit
+};
+
+// The form host the studio installs: each form runs as a modal FormDialog over the active window.
+class QtFormHost final : public FormHost {
+ public:
+  void RunModal(Form& form) override;
+};
+
+}  // namespace kolvane::studio

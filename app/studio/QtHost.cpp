@@ -1,0 +1,79 @@
+#include "QtHost.h"
+
+#include <QApplication>
+#include <QEventLoop>
+#include <QGuiApplication>
+#include <QMessageBox>
+
+#include "QtFormHost.h"
+
+namespace kolvane::studio {
+
+namespace {
+
+constexpr int16_t kHourglass = 11;
+constexpr int32_t kIconMask = 0x70;
+constexpr int32_t vbQuestion = 32;
+
+QMessageBox::Icon IconOf(int32_t style) {
+  switch (style & kIconMask) {
+    case vbCritical:
+      return QMessageBox::Critical;
+    case vbQuestion:
+      return QMessageBox::Question;
+    case vbExclamation:
+      return QMessageBox::Warning;
+    case vbInformation:
+      return QMessageBox::Information;
+    default:
+      return QMessageBox::NoIcon;
+  }
+}
+
+// The library shows only OK boxes.
+int32_t ShowMessageBox(const std::string& text, int32_t style, const std::string& title) {
+  QMessageBox box(IconOf(style), QString::fromStdString(title.empty() ? "Kolvane" : title),
+                  QString::fromStdString(text), QMessageBox::Ok, QApplication::activeWindow());
+  box.exec();
+  return vbOK;
+}
+
+void ShowPointer(int16_t pointer) {
+  static bool busy = false;
+  if (pointer == kHourglass && !busy) {
+    QGuiApplication::setOverrideCursor(Qt::WaitCursor);
+    busy = true;
+  } else if (pointer != kHourglass && busy) {
+    QGuiApplication::restoreOverrideCursor();
+    busy = false;
+  }
+}
+
+}  // namespace
+
+QtHost::QtHost()
+    : previous_box_(SetMessageBoxHandler(ShowMessageBox)),
+      previous_pointer_(SetPointerHandler(ShowPointer)),
+      // Input waits until the library is done: a click must not reach a half-loaded profile.
+      previous_yield_(SetYieldHandler(
+          [] { QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents); })),
+      previous_forms_(SetFormHost(std::make_shared<QtFormHost>())) {}
+
+QtHost::~QtHost() {
+  ShowPointer(0);
+  SetFormHost(std::move(previous_forms_));
+  SetYieldHandler(std::move(previous_yield_));
+  SetPointerHandler(std::move(previous_pointer_));
+  SetMessageBoxHandler(std::move(previous_box_));
+}
+
+CollectedMessages::CollectedMessages()
+    : previous_(SetMessageBoxHandler(
+          [lines = lines_](const std::string& text, int32_t, const std::string& title) {
+            lines->push_back((title.empty() ? "Kolvane" : title) + ": " + text);
+            return vbOK;
+          })) {}
+
+CollectedMessages::~CollectedMessages() { SetMessageBoxHandler(std::move(previous_)); }
+
+}  // namespace kolvane::studio

@@ -1,0 +1,45 @@
+#pragma once
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "Kolvane.h"
+
+namespace kolvane::studio {
+
+// Installs the studio as the library's host while alive: Qt message boxes, the busy cursor for
+// the hourglass pointer, yielding to Qt's event loop, and the Qt form host. The previous
+// handlers come back on destruction.
+class QtHost {
+ public:
+  QtHost();
+  ~QtHost();
+  QtHost(const QtHost&) = delete;
+  QtHost& operator=(const QtHost&) = delete;
+
+ private:
+  MessageBoxHandler previous_box_;
+  PointerHandler previous_pointer_;
+  YieldHandler previous_yield_;
+  std::shared_ptr<FormHost> previous_forms_;
+};
+
+// Collects the library's messages instead of showing them while alive (loading reports every
+// assumed default; the studio lists them in its message pane).
+class CollectedMessages {
+ public:
+  CollectedMessages();
+  ~CollectedMessages();
+  CollectedMessages(const CollectedMessages&) = delete;
+  CollectedMessages& operator=(const CollectedMessages&) = delete;
+
+  // "Title: text" lines in the order they came.
+  const std::vector<std::string>& lines() const { return *lines_; }
+
+ private:
+  std::shared_ptr<std::vector<std::string>> lines_ = std::make_shared<std::vector<std::string>>();
+  MessageBoxHandler previous_;
+};
+
+}  // namespace kolvane::studio

@@ -1,0 +1,244 @@
+// Drives the studio as a user does: the bundled profile in the main window, items double-clicked,
+// keys typed into the rendered dialogs, buttons pressed, message boxes answered.
+
+#include <QApplication>
+#include <QCheckBox>
+#include <QDeadlineTimer>
+#include <QDialog>
+#include <QFile>
+#include <QLineEdit>
+#include <QMessageBox>
+#include <QPushButton>
+#include <QTemporaryDir>
+#include <QTimer>
+#include <QTreeWidget>
+#include <QtTest>
+#include <functional>
+
+#include "MainWindow.h"
+#include "QtHost.h"
+
+using kolvane::studio::MainWindow;
+
+namespace {
+
+// Runs action on the next modal window that opens (a form or a message box) from inside its
+// event loop. A window left open by a failed check is closed, so a fault never hangs the run.
+void OnNextModal(std::function<void(QWidget*)> action) {
+  QWidget* const before = QApplication::activeModalWidget();
+  auto* timer = new QTimer;
+  const QDeadlineTimer deadline(5000);
+  QObject::connect(timer, &QTimer::timeout, [=] {
+    QWidget* modal = QApplication::activeModalWidget();
+    const bool opened = modal && modal != before;
+    if (!opened && !deadline.hasExpired()) return;
+    timer->stop();
+    timer->deleteLater();
+    if (!opened) {
+      QTest::qFail("no modal window opened", __FILE__, __LINE__);
+      return;
+    }
+    action(modal);
+    if (QTest::currentTestFailed() && modal->isVisible()) {
+      if (auto* dialog = qobject_cast<QDialog*>(modal)) dialog->reject();
+    }
+  });
+  timer->start(10);
+}
+
+template <class W>
+W* Control(QWidget* form, const char* name) {
+  W* widget = form->findChild<W*>(name);
+  if (!widget) QTest::qFail(QByteArray("no control ") + name, __FILE__, __LINE__);
+  return widget;
+}
+
+QTreeWidgetItem* Find(QTreeWidget* tree, const QString& path) {
+  QTreeWidgetItem* item = nullptr;
+  for (const QString& name : path.split('.')) {
+    const int count = item ? item->childCount() : tree->topLevelItemCount();
+    QTreeWidgetItem* next = nullptr;
+    for (int i = 0; i < count && !next; ++i) {
+      QTreeWidgetItem* candidate = item ? item->child(i) : tree->topLevelItem(i);
+      if (candidate->text(MainWindow::kName) == name) next = candidate;
+    }
+    if (!next) return nullptr;
+    item = next;
+  }
+  return item;
+}
+
+// A double-click as a mouse makes it: the first click, then the second as a double-click.
+void DoubleClick(QTreeWidget* tree, QTreeWidgetItem* item) {
+  tree->scrollToItem(item);
+  const QPoint at = tree->visualItemRect(item).center();
+  QTest::mouseClick(tree->viewport(), Qt::LeftButton, {}, at);
+  QTest::mouseDClick(tree->viewport(), Qt::LeftButton, {}, at);
+}
+
+// Replaces the text of a rendered text box by typing, as a user does over the selection.
+void TypeOver(QLineEdit* edit, const QString& keys) {
+  edit->setFocus();
+  edit->selectAll();
+  QTest::keyClicks(edit, keys);
+}
+
+}  // namespace
+
+class StudioTest : public QObject {
+  Q_OBJECT
+
+ private slots:
+  void init() {
+    window_ = std::make_unique<MainWindow>();
+    window_->show();
+    QVERIFY(QTest::qWaitForWindowExposed(window_.get()));
+    QVERIFY(window_->Open({}));
+    // A profile just made needs saving until its values are written.
+    QVERIFY(window_->isWindowModified());
+    QVERIFY(!Save(false).isEmpty());
+    QVERIFY(!window_->isWindowModified());
+  }
+
+  void cleanup() { window_.reset(); }
+
+  void NumericPropertyTypedIntoTheDialog() {
+    QTreeWidget* tree = window_->PropertiesTree();
+    QTreeWidgetItem* item = Find(tree, "nciSetpoint");
+    QVERIFY(item);
+    QCOMPARE(item->text(MainWindow::kValue), QString("21.5 °C"));
+    QString shown;
+    OnNextModal([&](QWidget* form) {
+      QCOMPARE(form->windowTitle(), QString("Numeric Value"));
+      auto* edit = Control<QLineEdit>(form, "txtNewCPValue");
+      QVERIFY(edit);
+      shown = edit->text();
+      TypeOver(edit, "2x3.5");  // the key filter drops the letter
+      QCOMPARE(edit->text(), QString("23.5"));
+      QVERIFY(Control<QPushButton>(form, "cmdOk")->isEnabled());
+      QTest::mouseClick(Control<QPushButton>(form, "cmdOk"), Qt::LeftButton);
+    });
+    DoubleClick(tree, item);
+    QCOMPARE(shown, QString("21.5"));
+    QCOMPARE(item->text(MainWindow::kValue), QString("23.5 °C"));
+    QCOMPARE(item->text(MainWindow::kRaw), QString("092E"));
+    QVERIFY(window_->isWindowModified());
+    QVERIFY(window_->windowTitle().startsWith("RoomController"));
+
+    const QString saved = Save(false);
+    QVERIFY2(saved.contains(R"(Name="nciSetpoint" Direction="In" Type="temp_p" Value="23.5")"),
+             qPrintable(saved));
+  }
+
+  void StructurePropertyThroughTheNestedDialogs() {
+    QTreeWidget* tree = window_->PropertiesTree();
+    QTreeWidgetItem* item = Find(tree, "nciOccSetpoints");
+    QVERIFY(item);
+    OnNextModal([&](QWidget* form) {
+      QCOMPARE(form->windowTitle(), QString("Structure Value"));
+      auto* rows = Control<QTreeWidget>(form, "lvwMain");
+      QVERIFY(rows);
+      QTreeWidgetItem* row = rows->topLevelItem(1);
+      QCOMPARE(row->text(0), QString("standby_cool"));
+      OnNextModal([](QWidget* field_form) {
+        QCOMPARE(field_form->windowTitle(), QString("Numeric Value"));
+        TypeOver(Control<QLineEdit>(field_form, "txtNewCPValue"), "26");
+        QTest::mouseClick(Control<QPushButton>(field_form, "cmdOk"), Qt::LeftButton);
+      });
+      DoubleClick(rows, row);
+      // The row is redrawn from the field once its dialog closes.
+      QCOMPARE(rows->topLevelItem(1)->text(1), QString("26 °C"));
+      QTest::mouseClick(Control<QPushButton>(form, "cmdOk"), Qt::LeftButton);
+    });
+    DoubleClick(tree, item);
+    QCOMPARE(Find(tree, "nciOccSetpoints.standby_cool")->text(MainWindow::kValue),
+             QString("26 °C"));
+    QCOMPARE(item->text(MainWindow::kValue),
+             QString("{ 23 °C  26 °C  28 °C  21.5 °C  20 °C  16 °C }"));
+    const QString saved = Save(false);
+    QVERIFY2(saved.contains(R"(Name="nciOccSetpoints" Direction="In" Type="temp_setpt" )"
+                            R"(Value="{ 23  26  28  21.5  20  16 }")"),
+             qPrintable(saved));
+  }
+
+  void OutOfRangeValueIsRefusedInAMessageBox() {
+    QTreeWidget* tree = window_->PropertiesTree();
+    QTreeWidgetItem* item = Find(tree, "nciSetpoint");
+    QString warning;
+    OnNextModal([&](QWidget* form) {
+      auto* edit = Control<QLineEdit>(form, "txtNewCPValue");
+      TypeOver(edit, "400");
+      OnNextModal([&](QWidget* box) {
+        auto* message = qobject_cast<QMessageBox*>(box);
+        QVERIFY(message);
+        warning = message->windowTitle() + ": " + message->text();
+        message->accept();
+      });
+      QTest::mouseClick(Control<QPushButton>(form, "cmdOk"), Qt::LeftButton);
+      // Still open, the limit offered in place of the refused value.
+      QVERIFY(form->isVisible());
+      QCOMPARE(edit->text(), QString("327.66"));
+      QTest::mouseClick(Control<QPushButton>(form, "cmdCancel"), Qt::LeftButton);
+    });
+    DoubleClick(tree, item);
+    QCOMPARE(warning, QString("Warning: The value is greater than 327.66"));
+    QCOMPARE(item->text(MainWindow::kValue), QString("21.5 °C"));
+    QVERIFY(!window_->isWindowModified());
+  }
+
+  void EnterOpensTheEditorAndInvalidMarkDisablesTheBox() {
+    QTreeWidget* tree = window_->PropertiesTree();
+    QTreeWidgetItem* item = Find(tree, "nciSndDelta");
+    tree->setFocus();
+    tree->setCurrentItem(item);
+    OnNextModal([](QWidget* form) {
+      auto* invalid = Control<QCheckBox>(form, "chkInvalid");
+      QTest::mouseClick(invalid, Qt::LeftButton);
+      auto* edit = Control<QLineEdit>(form, "txtNewCPValue");
+      QCOMPARE(edit->text(), QString("Invalid"));
+      QVERIFY(!edit->isEnabled());
+      QTest::mouseClick(Control<QPushButton>(form, "cmdOk"), Qt::LeftButton);
+    });
+    QTest::keyClick(tree, Qt::Key_Return);
+    QCOMPARE(item->text(MainWindow::kRaw), QString("7FFF"));
+  }
+
+  void ProgramIdDialogFromTheDeviceMenu() {
+    OnNextModal([](QWidget* form) {
+      QCOMPARE(form->windowTitle(), QString("Program ID"));
+      auto* edit = Control<QLineEdit>(form, "txtNid");
+      auto* ok = Control<QPushButton>(form, "cmdOk");
+      QTest::keyClicks(edit, "9fffff0a0000000");  // 15 digits, upper-cased as typed
+      QCOMPARE(edit->text(), QString("9FFFFF0A0000000"));
+      QVERIFY(!ok->isEnabled());
+      QTest::keyClicks(edit, "g1");  // no hexadecimal digit, then the sixteenth
+      QVERIFY(ok->isEnabled());
+      QCOMPARE(QApplication::focusWidget(), ok);
+      QTest::mouseClick(ok, Qt::LeftButton);
+    });
+    QAction* action = nullptr;
+    for (QAction* candidate : window_->findChildren<QAction*>()) {
+      if (candidate->text() == "&Program ID...") action = candidate;
+    }
+    QVERIFY(action);
+    action->trigger();
+    QCOMPARE(QString::fromStdString(window_->ProgramId()), QString("9FFFFF0A00000001"));
+  }
+
+ private:
+  // Saves the values through the window and returns the file's text.
+  QString Save(bool interoperability) {
+    QTemporaryDir folder;
+    const QString path = folder.filePath("values.xml");
+    if (!window_->SaveValues(path.toStdString(), interoperability)) return {};
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly)) return {};
+    return QString::fromUtf8(file.readAll());
+  }
+
+  kolvane::studio::QtHost host_;
+  std::unique_ptr<MainWindow> window_;
+};
+
+QTEST_MAIN(StudioTest)
+#include "StudioTest.moc"
