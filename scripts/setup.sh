@@ -1,16 +1,17 @@
 #!/usr/bin/env bash
-# Installs the Debian packages the build needs and the decimal-comma locale the tests use.
-# Does nothing when everything is already there. Run as root (or with sudo available).
+# Installs the Debian packages the build needs (the studio's Qt included) and the decimal-comma
+# locale the tests use. Does nothing when everything is already there. Run as root (or with sudo available).
 set -euo pipefail
 
 packages=(
   build-essential cmake ninja-build pkg-config locales
   libpugixml-dev libinih-dev libcli11-dev
   libgtest-dev libgmock-dev libbenchmark-dev
+  qt6-base-dev fonts-dejavu-core
 )
-if [[ "${KOLVANE_WITH_STUDIO:-0}" == 1 ]]; then
-  packages+=(qt6-base-dev)
-fi
+# Extra packages for one task, e.g. the screenshot script's X server and tools.
+read -r -a extra <<<"${KOLVANE_EXTRA_PACKAGES:-}"
+packages+=("${extra[@]}")
 
 sudo_cmd=()
 if [[ $(id -u) -ne 0 ]]; then

@@ -93,14 +93,16 @@ MainWindow::MainWindow() {
   dock->setWidget(messages_);
   dock->setFeatures(QDockWidget::DockWidgetClosable | QDockWidget::DockWidgetMovable);
   addDockWidget(Qt::BottomDockWidgetArea, dock);
+  resizeDocks({dock}, {120}, Qt::Vertical);
 
   for (QTreeWidget* tree : {variables_, properties_}) {
     // Double-click or Enter.
     connect(tree, &QTreeWidget::itemActivated, this,
             [this](QTreeWidgetItem* item) { EditItem(item); });
-    connect(tree, &QTreeWidget::currentItemChanged, this,
-            [this](QTreeWidgetItem* current) { ShowVariable(current); });
   }
+  // The side panel follows the variables pane, whatever the other pane does.
+  connect(variables_, &QTreeWidget::currentItemChanged, this,
+          [this](QTreeWidgetItem* current) { ShowVariable(current); });
   BuildMenus();
   resize(1280, 760);
   RefreshTitle();
@@ -273,7 +275,7 @@ void MainWindow::EditItem(QTreeWidgetItem* widget) {
   }
   RefreshRows();
   RefreshTitle();
-  ShowVariable(widget);
+  ShowVariable(variables_->currentItem());
 }
 
 void MainWindow::ShowVariable(QTreeWidgetItem* current) {

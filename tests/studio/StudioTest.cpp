@@ -213,7 +213,7 @@ class StudioTest : public QObject {
       QVERIFY(!ok->isEnabled());
       QTest::keyClicks(edit, "g1");  // no hexadecimal digit, then the sixteenth
       QVERIFY(ok->isEnabled());
-      QCOMPARE(QApplication::focusWidget(), ok);
+      QCOMPARE(form->focusWidget(), ok);
       QTest::mouseClick(ok, Qt::LeftButton);
     });
     QAction* action = nullptr;

@@ -1,0 +1,35 @@
+#!/usr/bin/env bash
+# Takes a screenshot of kolvane-studio on the bundled example with the numeric dialog of
+# nciSetpoint open, on a virtual X display: ./scripts/screenshot.sh [docs/studio.png]
+set -euo pipefail
+cd "$(dirname "$0")/.."
+out=${1:-docs/studio.png}
+KOLVANE_EXTRA_PACKAGES="xvfb xauth xdotool imagemagick" ./scripts/setup.sh
+cmake --preset release >/dev/null
+cmake --build --preset release --target kolvane_studio >/dev/null
+
+display=:${KOLVANE_DISPLAY:-93}
+Xvfb "$display" -screen 0 1320x800x24 -nolisten tcp &
+xvfb=$!
+studio=
+trap 'kill $studio $xvfb 2>/dev/null || true' EXIT
+export DISPLAY=$display QT_QPA_PLATFORM=xcb
+for _ in $(seq 50); do xdotool getdisplaygeometry >/dev/null 2>&1 && break; sleep 0.1; done
+
+./build/release/app/studio/kolvane-studio &
+studio=$!
+window=$(xdotool search --sync --name "Kolvane Studio" | head -n 1)
+xdotool windowmove "$window" 0 0 windowsize "$window" 1320 800 windowfocus --sync "$window"
+sleep 0.5
+# As a user with the keyboard: pick an output in the variables pane, then into the properties
+# pane, find the item by name and press Enter.
+xdotool key Down Down Tab
+xdotool type --delay 40 nciSetpoint
+xdotool key Return
+xdotool search --sync --name "Numeric Value" >/dev/null
+sleep 0.3
+xdotool type --delay 40 23.5
+sleep 0.3
+mkdir -p "$(dirname "$out")"
+import -window root "$out"
+echo "screenshot: $out"
