@@ -3,6 +3,7 @@
 
 #include <QApplication>
 #include <QCheckBox>
+#include <QComboBox>
 #include <QDeadlineTimer>
 #include <QDialog>
 #include <QFile>
@@ -201,6 +202,30 @@ class StudioTest : public QObject {
     });
     QTest::keyClick(tree, Qt::Key_Return);
     QCOMPARE(item->text(MainWindow::kRaw), QString("7FFF"));
+  }
+
+  void EnumerationAndTextThroughTheirDialogs() {
+    QTreeWidget* tree = window_->PropertiesTree();
+    QTreeWidgetItem* mode = Find(tree, "nciHvacType");
+    OnNextModal([](QWidget* form) {
+      auto* states = Control<QComboBox>(form, "cboEnum");
+      QCOMPARE(states->currentText(), QString("(1,HVT_FAN_COIL)"));
+      QTest::keyClick(states, Qt::Key_Down);  // the next state, as the arrow key picks it
+      QTest::mouseClick(Control<QPushButton>(form, "cmdOk"), Qt::LeftButton);
+    });
+    DoubleClick(tree, mode);
+    QCOMPARE(mode->text(MainWindow::kRaw), QString("02"));
+
+    QTreeWidgetItem* location = Find(tree, "nciLocation");
+    OnNextModal([](QWidget* form) {
+      auto* edit = Control<QLineEdit>(form, "txtNewCPValue");
+      TypeOver(edit, "Room 12");  // a blank becomes "_"
+      QTest::keyClick(edit, Qt::Key_Backspace);
+      QCOMPARE(edit->text(), QString("Room_1"));
+      QTest::keyClick(edit, Qt::Key_Return);  // Enter is OK
+    });
+    DoubleClick(tree, location);
+    QCOMPARE(location->text(MainWindow::kValue), QString("Room_1"));
   }
 
   void ProgramIdDialogFromTheDeviceMenu() {
