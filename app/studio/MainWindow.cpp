@@ -114,21 +114,12 @@ MainWindow::~MainWindow() {
 
 void MainWindow::BuildMenus() {
   QMenu* file = menuBar()->addMenu("&File");
-  file->addAction("&Open Profile...", QKeySequence::Open, this, [this] { AskOpen(); });
-  file->addAction("Type &Catalogue...", this, [this] {
-    const QString path = QFileDialog::getOpenFileName(this, "Type Catalogue", {}, "XML (*.xml)");
-    if (path.isEmpty()) return;
-    ProfileFiles files = files_;
-    files.catalogue = path.toStdString();
-    Open(files);
-  });
-  file->addAction("&NVO Table...", this, [this] {
-    const QString path = QFileDialog::getOpenFileName(this, "NVO Table", {}, "XML (*.xml)");
-    if (path.isEmpty()) return;
-    ProfileFiles files = files_;
-    files.nvo_table = path.toStdString();
-    Open(files);
-  });
+  file->addAction("&Open Profile...", QKeySequence::Open, this,
+                  [this] { AskOpen(&ProfileFiles::profile, "Open Profile"); });
+  file->addAction("Type &Catalogue...", this,
+                  [this] { AskOpen(&ProfileFiles::catalogue, "Type Catalogue"); });
+  file->addAction("&NVO Table...", this,
+                  [this] { AskOpen(&ProfileFiles::nvo_table, "NVO Table"); });
   file->addSeparator();
   file->addAction("&Save Values...", QKeySequence::Save, this, [this] { AskSave(false); });
   file->addAction("Save Values for &Interoperability...", this, [this] { AskSave(true); });
@@ -154,8 +145,11 @@ bool MainWindow::Open(const ProfileFiles& files) {
   std::vector<std::string> messages;
   {
     CollectedMessages collected;
-    profile->Iprofile_SetXmlDomDocs(catalogue, nvo_table);
-    profile->IProfile_FriendSet(document, name, nullptr, catalogue, nvo_table, "");
+    const bool loaded = RunGuarded("Open Profile", [&] {
+      profile->Iprofile_SetXmlDomDocs(catalogue, nvo_table);
+      profile->IProfile_FriendSet(document, name, nullptr, catalogue, nvo_table, "");
+    });
+    if (!loaded) return false;
     messages = collected.lines();
   }
   if (profile_) profile_->IProfile_ClearParent();
@@ -194,11 +188,11 @@ bool MainWindow::SaveValues(const std::string& path, bool interoperability) {
   return true;
 }
 
-void MainWindow::AskOpen() {
-  const QString path = QFileDialog::getOpenFileName(this, "Open Profile", {}, "XML (*.xml)");
+void MainWindow::AskOpen(std::string ProfileFiles::*file, const QString& title) {
+  const QString path = QFileDialog::getOpenFileName(this, title, {}, "XML (*.xml)");
   if (path.isEmpty()) return;
   ProfileFiles files = files_;
-  files.profile = path.toStdString();
+  files.*file = path.toStdString();
   Open(files);
 }
 
@@ -268,11 +262,13 @@ void MainWindow::EditItem(QTreeWidgetItem* widget) {
   const Row* row = RowOf(widget);
   if (!row) return;
   // A field is edited through its owner's dialog.
-  if (auto nv = std::dynamic_pointer_cast<INetworkVariable>(row->top.object)) {
-    nv->INetworkVariable_SetValue();
-  } else if (auto cp = std::dynamic_pointer_cast<IConfigProperty>(row->top.object)) {
-    cp->IConfigProperty_SetValue();
-  }
+  RunGuarded("Edit Value", [&] {
+    if (auto nv = std::dynamic_pointer_cast<INetworkVariable>(row->top.object)) {
+      nv->INetworkVariable_SetValue();
+    } else if (auto cp = std::dynamic_pointer_cast<IConfigProperty>(row->top.object)) {
+      cp->IConfigProperty_SetValue();
+    }
+  });
   RefreshRows();
   RefreshTitle();
   ShowVariable(variables_->currentItem());

@@ -65,7 +65,8 @@ class MainWindow final : public QMainWindow {
   // Opens the item's editor (a field's: its owner's) and redraws what it changed.
   void EditItem(QTreeWidgetItem* widget);
   void ChangeProgramId();
-  void AskOpen();
+  // Asks for one of the three files and opens the profile again with it.
+  void AskOpen(std::string ProfileFiles::*file, const QString& title);
   void AskSave(bool interoperability);
   void ReportLoad(const std::vector<std::string>& messages);
 

@@ -16,6 +16,8 @@
 #include <algorithm>
 #include <map>
 
+#include "QtHost.h"
+
 namespace kolvane::studio {
 
 namespace {
@@ -298,7 +300,7 @@ void FormDialog::SyncFromWidgets() {
 
 void FormDialog::Dispatch(const std::function<void()>& handler) {
   SyncFromWidgets();
-  handler();
+  RunGuarded(form_.Caption(), handler);
   if (!form_.Loaded()) {
     done(QDialog::Accepted);
     return;

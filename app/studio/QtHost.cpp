@@ -67,6 +67,20 @@ QtHost::~QtHost() {
   SetMessageBoxHandler(std::move(previous_box_));
 }
 
+bool RunGuarded(const std::string& title, const std::function<void()>& step) {
+  std::string failure;
+  try {
+    step();
+    return true;
+  } catch (const Error& e) {
+    failure = "Error " + std::to_string(e.number()) + ": " + e.what();
+  } catch (const std::exception& e) {
+    failure = e.what();
+  }
+  ShowMessageBox(failure, vbCritical, title);
+  return false;
+}
+
 CollectedMessages::CollectedMessages()
     : previous_(SetMessageBoxHandler(
           [lines = lines_](const std::string& text, int32_t, const std::string& title) {

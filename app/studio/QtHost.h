@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
@@ -24,6 +25,10 @@ class QtHost {
   YieldHandler previous_yield_;
   std::shared_ptr<FormHost> previous_forms_;
 };
+
+// Runs step; an error it raises is shown in a message box titled title over parent instead of
+// escaping into Qt's event loop. False after an error.
+bool RunGuarded(const std::string& title, const std::function<void()>& step);
 
 // Collects the library's messages instead of showing them while alive (loading reports every
 // assumed default; the studio lists them in its message pane).

@@ -228,6 +228,24 @@ class StudioTest : public QObject {
     QCOMPARE(location->text(MainWindow::kValue), QString("Room_1"));
   }
 
+  void UnreadableProfileIsReportedAndTheLoadedOneStays() {
+    QTemporaryDir folder;
+    const QString path = folder.filePath("broken.xml");
+    QFile file(path);
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    file.write("<Profile>\n  <Name>Broken</Name>\n  <NVs>\n</Profile>\n");
+    file.close();
+    QString error;
+    OnNextModal([&](QWidget* box) {
+      error = qobject_cast<QMessageBox*>(box)->text();
+      qobject_cast<QMessageBox*>(box)->accept();
+    });
+    QVERIFY(!window_->Open({path.toStdString(), "", ""}));
+    QVERIFY2(error.startsWith(path + ":4:"), qPrintable(error));
+    QVERIFY(window_->windowTitle().startsWith("RoomController"));
+    QVERIFY(Find(window_->PropertiesTree(), "nciSetpoint"));
+  }
+
   void ProgramIdDialogFromTheDeviceMenu() {
     OnNextModal([](QWidget* form) {
       QCOMPARE(form->windowTitle(), QString("Program ID"));
