@@ -290,7 +290,7 @@ void MainWindow::ShowVariable(QTreeWidgetItem* current) {
   std::string override_text = "none";
   if (auto overridable = std::dynamic_pointer_cast<IOverridableItem>(nv)) {
     if (auto over = overridable->IOverridableItem_TypeOverride()) {
-      override_text = "SNVT_" + over->ITypeOverride_OverridingType();
+      override_text = over->ITypeOverride_OverridingType();
       if (auto states = over->ITypeOverride_States()) {
         override_text += " with " + std::to_string(states->IStates_Count()) + " states";
         for (const auto& state : states->IStates_NewEnum()) {

@@ -7,7 +7,9 @@
 #include <QDeadlineTimer>
 #include <QDialog>
 #include <QFile>
+#include <QLabel>
 #include <QLineEdit>
+#include <QListWidget>
 #include <QMessageBox>
 #include <QPushButton>
 #include <QTemporaryDir>
@@ -226,6 +228,37 @@ class StudioTest : public QObject {
     });
     DoubleClick(tree, location);
     QCOMPARE(location->text(MainWindow::kValue), QString("Room_1"));
+  }
+
+  void OutputOptionsAndTheSidePanel() {
+    QTreeWidget* tree = window_->VariablesTree();
+    tree->setCurrentItem(Find(tree, "nviOutdoorTemp"));
+    const QString facts = window_->findChild<QLabel*>("variableFacts")->text();
+    QVERIFY2(facts.contains("Not connected, export number 2"), qPrintable(facts));
+    QStringList compatible;
+    auto* list = window_->findChild<QListWidget*>("compatibles");
+    for (int i = 0; i < list->count(); ++i) compatible << list->item(i)->text();
+    QCOMPARE(compatible, QStringList({"SNVT_temp_p", "SNVT_temp", "SNVT_temp_f"}));
+
+    tree->setCurrentItem(Find(tree, "nviOccCmd"));
+    const QString overridden = window_->findChild<QLabel*>("variableFacts")->text();
+    QVERIFY2(overridden.contains("Type override: Enum with 3 states\n  OC_OCCUPIED = 0"),
+             qPrintable(overridden));
+
+    OnNextModal([](QWidget* form) {
+      QCOMPARE(form->windowTitle(), QString("Output Options"));
+      auto* threshold = Control<QLineEdit>(form, "txtSendOnDelta");
+      QVERIFY(!threshold->isEnabled());
+      QTest::mouseClick(Control<QCheckBox>(form, "chkSendOnDelta"), Qt::LeftButton);
+      QVERIFY(threshold->isEnabled());
+      QTest::keyClicks(threshold, "0.5");
+      QTest::mouseClick(Control<QPushButton>(form, "cmdOk"), Qt::LeftButton);
+    });
+    DoubleClick(tree, Find(tree, "nvoSpaceTemp"));
+    const QString saved = Save(true);
+    QVERIFY2(saved.contains(R"(Name="nvoSpaceTemp" Direction="Out" Type="temp_p" Value="" )"
+                            R"(Permanent="1" SendOnDelta="0.5")"),
+             qPrintable(saved));
   }
 
   void UnreadableProfileIsReportedAndTheLoadedOneStays() {
