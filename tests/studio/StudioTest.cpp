@@ -261,6 +261,34 @@ class StudioTest : public QObject {
              qPrintable(saved));
   }
 
+  void BitFieldFlippedInItsCells() {
+    QTemporaryDir folder;
+    const QString path = folder.filePath("relay.xml");
+    QFile file(path);
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    file.write(
+        "<Profile><Name>Relay</Name><NVs/><CPs><nciRelayMask><SNVTType>state</SNVTType>"
+        "<Default>5</Default></nciRelayMask></CPs></Profile>");
+    file.close();
+    QVERIFY(window_->Open({path.toStdString(), "", ""}));
+    QTreeWidgetItem* item = Find(window_->PropertiesTree(), "nciRelayMask");
+    QVERIFY(item);
+    QString before;
+    OnNextModal([&](QWidget* form) {
+      QCOMPARE(form->windowTitle(), QString("Bit Field Value"));
+      for (int bit = 3; bit >= 0; --bit) {
+        before += Control<QLabel>(form, qPrintable(QString("bit(%1)").arg(bit)))->text();
+      }
+      QLabel* cell = Control<QLabel>(form, "bit(1)");
+      QTest::mouseDClick(cell, Qt::LeftButton);
+      QCOMPARE(cell->text(), QString("1"));
+      QTest::mouseClick(Control<QPushButton>(form, "cmdOk"), Qt::LeftButton);
+    });
+    DoubleClick(window_->PropertiesTree(), item);
+    QCOMPARE(before, QString("0101"));
+    QCOMPARE(item->text(MainWindow::kRaw), QString("0007"));
+  }
+
   void UnreadableProfileIsReportedAndTheLoadedOneStays() {
     QTemporaryDir folder;
     const QString path = folder.filePath("broken.xml");
