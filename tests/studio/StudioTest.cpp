@@ -312,6 +312,8 @@ class StudioTest : public QObject {
       QCOMPARE(form->windowTitle(), QString("Program ID"));
       auto* edit = Control<QLineEdit>(form, "txtNid");
       auto* ok = Control<QPushButton>(form, "cmdOk");
+      QCOMPARE(edit->text(), QString("9FFFFF0A0B040401"));  // from the profile document
+      edit->selectAll();
       QTest::keyClicks(edit, "9fffff0a0000000");  // 15 digits, upper-cased as typed
       QCOMPARE(edit->text(), QString("9FFFFF0A0000000"));
       QVERIFY(!ok->isEnabled());
