@@ -4,7 +4,7 @@
 set -euo pipefail
 cd "$(dirname "$0")/.."
 out=${1:-docs/studio.png}
-KOLVANE_EXTRA_PACKAGES="xvfb xauth xdotool imagemagick" ./scripts/setup.sh
+KOLVANE_EXTRA_PACKAGES="xvfb xauth xdotool imagemagick openbox" ./scripts/setup.sh
 cmake --preset release >/dev/null
 cmake --build --preset release --target kolvane_studio >/dev/null
 
@@ -12,14 +12,19 @@ display=:${KOLVANE_DISPLAY:-93}
 Xvfb "$display" -screen 0 1320x800x24 -nolisten tcp &
 xvfb=$!
 studio=
-trap 'kill $studio $xvfb 2>/dev/null || true' EXIT
+wm=
+trap 'kill $studio $wm $xvfb 2>/dev/null || true' EXIT
 export DISPLAY=$display QT_QPA_PLATFORM=xcb
 for _ in $(seq 50); do xdotool getdisplaygeometry >/dev/null 2>&1 && break; sleep 0.1; done
+# A window manager draws the title bars (the unsaved mark, the dialog's caption).
+openbox >/dev/null 2>&1 &
+wm=$!
+sleep 0.5
 
 ./build/release/app/studio/kolvane-studio &
 studio=$!
 window=$(xdotool search --sync --name "Kolvane Studio" | head -n 1)
-xdotool windowmove "$window" 0 0 windowsize "$window" 1320 800 windowfocus --sync "$window"
+xdotool windowmove "$window" 0 0 windowsize "$window" 1320 770 windowactivate --sync "$window"
 sleep 0.5
 # As a user with the keyboard: pick an output in the variables pane, then into the properties
 # pane, find the item by name and press Enter.
