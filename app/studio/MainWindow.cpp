@@ -2,6 +2,7 @@
 
 #include <QAction>
 #include <QApplication>
+#include <QCloseEvent>
 #include <QDockWidget>
 #include <QFileDialog>
 #include <QFileInfo>
@@ -159,6 +160,7 @@ bool MainWindow::Open(const ProfileFiles& files) {
   document_ = std::move(document);
   profile_ = std::move(profile);
   program_id_ = document_->child("Profile").child("ProgramID").text().get();
+  edited_ = false;
   Populate();
   ReportLoad(messages);
   RefreshTitle();
@@ -183,12 +185,14 @@ bool MainWindow::SaveValues(const std::string& path, bool interoperability) {
     QMessageBox::critical(this, "Save Values", ToQ(error));
     return false;
   }
+  edited_ = false;
   messages_->appendPlainText(ToQ("Saved values to " + path));
   RefreshTitle();
   return true;
 }
 
 void MainWindow::AskOpen(std::string ProfileFiles::*file, const QString& title) {
+  if (!ConfirmDiscard()) return;
   const QString path = QFileDialog::getOpenFileName(this, title, {}, "XML (*.xml)");
   if (path.isEmpty()) return;
   ProfileFiles files = files_;
@@ -196,18 +200,42 @@ void MainWindow::AskOpen(std::string ProfileFiles::*file, const QString& title) 
   Open(files);
 }
 
-void MainWindow::AskSave(bool interoperability) {
+bool MainWindow::AskSave(bool interoperability) {
   const QString path = QFileDialog::getSaveFileName(
       this, interoperability ? "Save Values for Interoperability" : "Save Values", {},
       "XML (*.xml)");
-  if (path.isEmpty()) return;
+  if (path.isEmpty()) return false;
   // The values file is a document of its own: never write it over the profile it came from.
   if (!files_.profile.empty() && QFileInfo(path) == QFileInfo(ToQ(files_.profile))) {
     QMessageBox::warning(this, "Save Values",
                          "The values would replace the profile they came from.");
-    return;
+    return false;
   }
-  SaveValues(path.toStdString(), interoperability);
+  return SaveValues(path.toStdString(), interoperability);
+}
+
+bool MainWindow::ConfirmDiscard() {
+  if (!edited_) return true;
+  const auto answer = QMessageBox::question(
+      this, "Kolvane Studio",
+      ToQ("The values of " + profile_->IProfile_Name() + " were changed. Save them first?"),
+      QMessageBox::Save | QMessageBox::Discard | QMessageBox::Cancel, QMessageBox::Save);
+  if (answer == QMessageBox::Save) return AskSave(false);
+  return answer == QMessageBox::Discard;
+}
+
+void MainWindow::closeEvent(QCloseEvent* event) {
+  if (ConfirmDiscard()) {
+    event->accept();
+  } else {
+    event->ignore();
+  }
+}
+
+QStringList MainWindow::ShownValues() const {
+  QStringList texts;
+  for (const Row& row : rows_) texts << row.widget->text(kValue) << row.widget->text(kRaw);
+  return texts;
 }
 
 void MainWindow::Populate() {
@@ -261,6 +289,8 @@ void MainWindow::RefreshTitle() {
 void MainWindow::EditItem(QTreeWidgetItem* widget) {
   const Row* row = RowOf(widget);
   if (!row) return;
+  const bool flagged = profile_->IProfile_NeedSave();
+  const QStringList shown = ShownValues();
   // A field is edited through its owner's dialog.
   RunGuarded("Edit Value", [&] {
     if (auto nv = std::dynamic_pointer_cast<INetworkVariable>(row->top.object)) {
@@ -270,6 +300,7 @@ void MainWindow::EditItem(QTreeWidgetItem* widget) {
     }
   });
   RefreshRows();
+  edited_ = edited_ || (!flagged && profile_->IProfile_NeedSave()) || ShownValues() != shown;
   RefreshTitle();
   ShowVariable(variables_->currentItem());
 }

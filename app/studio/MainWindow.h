@@ -47,6 +47,9 @@ class MainWindow final : public QMainWindow {
 
   enum Column { kName, kDirection, kType, kValue, kDefault, kLimits, kRaw, kColumns };
 
+ protected:
+  void closeEvent(QCloseEvent* event) override;
+
  private:
   struct Row {
     app::ItemRef item;
@@ -67,7 +70,12 @@ class MainWindow final : public QMainWindow {
   void ChangeProgramId();
   // Asks for one of the three files and opens the profile again with it.
   void AskOpen(std::string ProfileFiles::*file, const QString& title);
-  void AskSave(bool interoperability);
+  // Asks for a file and saves the values; false when nothing was written.
+  bool AskSave(bool interoperability);
+  // True when nothing the user changed would be lost, after asking to save what would.
+  bool ConfirmDiscard();
+  // Value and raw texts of every row as shown.
+  QStringList ShownValues() const;
   void ReportLoad(const std::vector<std::string>& messages);
 
   ProfileFiles files_;
@@ -76,6 +84,9 @@ class MainWindow final : public QMainWindow {
   std::shared_ptr<pugi::xml_document> document_;
   std::shared_ptr<IProfile> profile_;
   std::string program_id_;
+  // The user changed values since the last load or save. The library's flag cannot tell: a
+  // profile needs saving from the moment it is made.
+  bool edited_ = false;
   std::vector<Row> rows_;
 
   QTreeWidget* variables_ = nullptr;

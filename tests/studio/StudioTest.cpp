@@ -204,6 +204,19 @@ class StudioTest : public QObject {
     });
     QTest::keyClick(tree, Qt::Key_Return);
     QCOMPARE(item->text(MainWindow::kRaw), QString("7FFF"));
+
+    // Closing asks before the change is lost: Cancel keeps the window, Discard closes it.
+    for (const auto button : {QMessageBox::Cancel, QMessageBox::Discard}) {
+      QString question;
+      OnNextModal([&](QWidget* box) {
+        auto* message = qobject_cast<QMessageBox*>(box);
+        question = message->text();
+        message->button(button)->click();
+      });
+      window_->close();
+      QCOMPARE(question, QString("The values of RoomController were changed. Save them first?"));
+      QCOMPARE(window_->isVisible(), button == QMessageBox::Cancel);
+    }
   }
 
   void EnumerationAndTextThroughTheirDialogs() {
