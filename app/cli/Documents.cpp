@@ -1,25 +1,16 @@
 #include "Documents.h"
 
 #include "Files.h"
-#include "XmlFile.h"
 #include "foundation/Globals.h"
 
 namespace kolvane::cli {
 
-std::string DocumentPath(const std::string& path, const std::string& default_file) {
-  return path.empty() ? app::BundledExample(default_file) : path;
-}
-
 std::shared_ptr<pugi::xml_document> ReadDocument(const std::string& path,
                                                  const std::string& default_file,
                                                  const std::string& root, std::ostream& err) {
-  const std::string file = DocumentPath(path, default_file);
-  auto document = std::make_shared<pugi::xml_document>();
-  const app::XmlLoadResult loaded = app::LoadXmlFile(file, *document, root);
-  if (!loaded) {
-    err << "kolvane: error: " << loaded.description() << '\n';
-    return nullptr;
-  }
+  std::string error;
+  auto document = app::ReadDocument(path, default_file, root, error);
+  if (!document) err << "kolvane: error: " << error << '\n';
   return document;
 }
 

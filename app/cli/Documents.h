@@ -6,7 +6,11 @@
 
 #include <pugixml.hpp>
 
+#include "Files.h"
+
 namespace kolvane::cli {
+
+using app::DocumentPath;
 
 // Reads an XML document whose root element must be root; prints one error line on err and
 // returns nullptr when it cannot. An empty path reads the bundled example default_file.
@@ -19,8 +23,5 @@ bool UseCatalogue(const std::string& path, std::ostream& err);
 
 // app::WriteFileAtomically; false after one error line on err.
 bool WriteFileAtomically(const std::string& path, const std::string& text, std::ostream& err);
-
-// The path ReadDocument reads for path and default_file.
-std::string DocumentPath(const std::string& path, const std::string& default_file);
 
 }  // namespace kolvane::cli

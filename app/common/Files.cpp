@@ -10,6 +10,8 @@
 #include <cstring>
 #include <filesystem>
 
+#include "XmlFile.h"
+
 namespace kolvane::app {
 
 namespace {
@@ -28,6 +30,20 @@ std::string BundledExample(const std::string& file_name) {
   std::error_code ec;
   if (std::filesystem::is_regular_file(installed, ec)) return installed.lexically_normal();
   return std::string(KOLVANE_SOURCE_EXAMPLES) + "/" + file_name;
+}
+
+std::string DocumentPath(const std::string& path, const std::string& file_name) {
+  return path.empty() ? BundledExample(file_name) : path;
+}
+
+std::shared_ptr<pugi::xml_document> ReadDocument(const std::string& path,
+                                                 const std::string& file_name,
+                                                 const std::string& root, std::string& error) {
+  auto document = std::make_shared<pugi::xml_document>();
+  const XmlLoadResult loaded = LoadXmlFile(DocumentPath(path, file_name), *document, root);
+  if (loaded) return document;
+  error = loaded.description();
+  return nullptr;
 }
 
 bool WriteFileAtomically(const std::string& path, const std::string& text, std::string& error) {

@@ -1,12 +1,24 @@
 #pragma once
 
+#include <memory>
 #include <string>
+
+#include <pugixml.hpp>
 
 namespace kolvane::app {
 
 // A bundled example file (snvts.xml, nvotable.xml, profile.xml): installed beside the running
 // program, else the one in the source tree.
 std::string BundledExample(const std::string& file_name);
+
+// The file to read: path, or the bundled example file_name when path is empty.
+std::string DocumentPath(const std::string& path, const std::string& file_name);
+
+// Reads DocumentPath(path, file_name) into a new document whose root element must be root;
+// nullptr with "file:line:column: message" in error when it cannot.
+std::shared_ptr<pugi::xml_document> ReadDocument(const std::string& path,
+                                                 const std::string& file_name,
+                                                 const std::string& root, std::string& error);
 
 // Writes text to path through a temporary file in the same folder and a rename, so that the
 // file is either the old one or the whole new one. False with the reason in error.

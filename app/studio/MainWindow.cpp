@@ -21,7 +21,6 @@
 
 #include "Files.h"
 #include "QtHost.h"
-#include "XmlFile.h"
 
 namespace kolvane::studio {
 
@@ -38,18 +37,6 @@ QTreeWidget* MakeTree(QWidget* parent, const QString& name, bool with_direction)
   tree->setUniformRowHeights(true);
   tree->header()->setSectionResizeMode(QHeaderView::ResizeToContents);
   return tree;
-}
-
-// Reads one of the three documents; an empty path reads the bundled example.
-std::shared_ptr<pugi::xml_document> ReadDocument(const std::string& path,
-                                                 const std::string& bundled,
-                                                 const std::string& root, std::string& error) {
-  auto document = std::make_shared<pugi::xml_document>();
-  const app::XmlLoadResult loaded =
-      app::LoadXmlFile(path.empty() ? app::BundledExample(bundled) : path, *document, root);
-  if (loaded) return document;
-  error = loaded.description();
-  return nullptr;
 }
 
 std::string TypeText(const app::ItemRef& item) {
@@ -133,10 +120,11 @@ void MainWindow::BuildMenus() {
 
 bool MainWindow::Open(const ProfileFiles& files) {
   std::string error;
-  auto catalogue = ReadDocument(files.catalogue, "snvts.xml", "SNVTS", error);
-  auto nvo_table = catalogue ? ReadDocument(files.nvo_table, "nvotable.xml", "", error) : nullptr;
+  auto catalogue = app::ReadDocument(files.catalogue, "snvts.xml", "SNVTS", error);
+  auto nvo_table =
+      catalogue ? app::ReadDocument(files.nvo_table, "nvotable.xml", "NVOTable", error) : nullptr;
   auto document =
-      nvo_table ? ReadDocument(files.profile, "profile.xml", "Profile", error) : nullptr;
+      nvo_table ? app::ReadDocument(files.profile, "profile.xml", "Profile", error) : nullptr;
   if (!document) {
     QMessageBox::critical(this, "Open Profile", ToQ(error));
     return false;
