@@ -302,6 +302,15 @@ class StudioTest : public QObject {
     QCOMPARE(item->text(MainWindow::kRaw), QString("0007"));
   }
 
+  void HourglassIsTheBusyCursor() {
+    kolvane::SetMousePointer(11);
+    QVERIFY(QGuiApplication::overrideCursor());
+    QCOMPARE(QGuiApplication::overrideCursor()->shape(), Qt::WaitCursor);
+    kolvane::SetMousePointer(11);  // not stacked: one reset restores the pointer
+    kolvane::SetMousePointer(0);
+    QVERIFY(!QGuiApplication::overrideCursor());
+  }
+
   void UnreadableProfileIsReportedAndTheLoadedOneStays() {
     QTemporaryDir folder;
     const QString path = folder.filePath("broken.xml");
