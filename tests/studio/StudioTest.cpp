@@ -151,6 +151,16 @@ class StudioTest : public QObject {
       DoubleClick(rows, row);
       // The row is redrawn from the field once its dialog closes.
       QCOMPARE(rows->topLevelItem(1)->text(1), QString("26 °C"));
+      // The right button opens a field's dialog too; Cancel leaves the field as it was.
+      QString opened;
+      OnNextModal([&](QWidget* field_form) {
+        opened = Control<QLineEdit>(field_form, "txtNewCPValue")->text();
+        QTest::mouseClick(Control<QPushButton>(field_form, "cmdCancel"), Qt::LeftButton);
+      });
+      QTest::mouseClick(rows->viewport(), Qt::RightButton, {},
+                        rows->visualItemRect(rows->topLevelItem(0)).center());
+      QCOMPARE(opened, QString("23"));
+      QCOMPARE(rows->topLevelItem(0)->text(1), QString("23 °C"));
       QTest::mouseClick(Control<QPushButton>(form, "cmdOk"), Qt::LeftButton);
     });
     DoubleClick(tree, item);
