@@ -25,8 +25,6 @@ namespace kolvane::studio {
 
 namespace {
 
-QString ToQ(const std::string& text) { return QString::fromUtf8(text.data(), text.size()); }
-
 QTreeWidget* MakeTree(QWidget* parent, const QString& name, bool with_direction) {
   auto* tree = new QTreeWidget(parent);
   tree->setObjectName(name);
@@ -125,7 +123,7 @@ bool MainWindow::Open(const ProfileFiles& files) {
   auto document =
       nvo_table ? app::ReadDocument(files.profile, "profile.xml", "Profile", error) : nullptr;
   if (!document) {
-    QMessageBox::critical(this, "Open Profile", ToQ(error));
+    QMessageBox::critical(this, "Open Profile", QString::fromStdString(error));
     return false;
   }
   auto profile = CreateProfile();
@@ -156,8 +154,10 @@ bool MainWindow::Open(const ProfileFiles& files) {
 
 void MainWindow::ReportLoad(const std::vector<std::string>& messages) {
   const std::string file = files_.profile.empty() ? "bundled example" : files_.profile;
-  messages_->appendPlainText(ToQ("Loaded " + profile_->IProfile_Name() + " from " + file));
-  for (const std::string& line : messages) messages_->appendPlainText(ToQ("  " + line));
+  messages_->appendPlainText(
+      QString::fromStdString("Loaded " + profile_->IProfile_Name() + " from " + file));
+  for (const std::string& line : messages)
+    messages_->appendPlainText(QString::fromStdString("  " + line));
   statusBar()->showMessage(QString("%1 variables, %2 properties, %3 messages")
                                .arg(profile_->IProfile_NVs()->INetworkVariables_Count())
                                .arg(profile_->IProfile_CPs()->IConfigProperties_Count())
@@ -169,11 +169,11 @@ bool MainWindow::SaveValues(const std::string& path, bool interoperability) {
   std::string error;
   if (!app::WriteFileAtomically(path, app::ValuesDocumentText(*profile_, interoperability),
                                 error)) {
-    QMessageBox::critical(this, "Save Values", ToQ(error));
+    QMessageBox::critical(this, "Save Values", QString::fromStdString(error));
     return false;
   }
   edited_ = false;
-  messages_->appendPlainText(ToQ("Saved values to " + path));
+  messages_->appendPlainText(QString::fromStdString("Saved values to " + path));
   RefreshTitle();
   return true;
 }
@@ -193,7 +193,8 @@ bool MainWindow::AskSave(bool interoperability) {
       "XML (*.xml)");
   if (path.isEmpty()) return false;
   // The values file is a document of its own: never write it over the profile it came from.
-  if (!files_.profile.empty() && QFileInfo(path) == QFileInfo(ToQ(files_.profile))) {
+  if (!files_.profile.empty() &&
+      QFileInfo(path) == QFileInfo(QString::fromStdString(files_.profile))) {
     QMessageBox::warning(this, "Save Values",
                          "The values would replace the profile they came from.");
     return false;
@@ -205,7 +206,8 @@ bool MainWindow::ConfirmDiscard() {
   if (!edited_) return true;
   const auto answer = QMessageBox::question(
       this, "Kolvane Studio",
-      ToQ("The values of " + profile_->IProfile_Name() + " were changed. Save them first?"),
+      QString::fromStdString("The values of " + profile_->IProfile_Name() +
+                             " were changed. Save them first?"),
       QMessageBox::Save | QMessageBox::Discard | QMessageBox::Cancel, QMessageBox::Save);
   if (answer == QMessageBox::Save) return AskSave(false);
   return answer == QMessageBox::Discard;
@@ -240,7 +242,7 @@ void MainWindow::Populate() {
 void MainWindow::AddRows(QTreeWidget* tree, QTreeWidgetItem* parent, const app::ItemRef& item,
                          const app::ItemRef& top) {
   auto* widget = parent ? new QTreeWidgetItem(parent) : new QTreeWidgetItem(tree);
-  widget->setText(kName, ToQ(item.path.substr(item.path.rfind('.') + 1)));
+  widget->setText(kName, QString::fromStdString(item.path.substr(item.path.rfind('.') + 1)));
   widget->setData(kName, Qt::UserRole, static_cast<qulonglong>(rows_.size()));
   rows_.push_back({item, top, widget});
   for (const app::ItemRef& field : app::FieldsOf(item)) AddRows(tree, widget, field, top);
@@ -259,17 +261,17 @@ void MainWindow::RefreshRows() {
     widget->setText(kDirection, row.item.kind == "in"    ? "Input"
                                 : row.item.kind == "out" ? "Output"
                                                          : "");
-    widget->setText(kType, ToQ(TypeText(row.item)));
-    widget->setText(kValue, ToQ(texts[0]));
-    widget->setText(kDefault, ToQ(texts[1]));
-    widget->setText(kLimits, ToQ(app::LimitsOf(row.item, texts)));
-    widget->setText(kRaw, ToQ(app::TopRawOf(row.item)));
+    widget->setText(kType, QString::fromStdString(TypeText(row.item)));
+    widget->setText(kValue, QString::fromStdString(texts[0]));
+    widget->setText(kDefault, QString::fromStdString(texts[1]));
+    widget->setText(kLimits, QString::fromStdString(app::LimitsOf(row.item, texts)));
+    widget->setText(kRaw, QString::fromStdString(app::TopRawOf(row.item)));
   }
 }
 
 void MainWindow::RefreshTitle() {
   const std::string name = profile_ ? profile_->IProfile_Name() : "no profile";
-  setWindowTitle(ToQ(name) + "[*] - Kolvane Studio");
+  setWindowTitle(QString::fromStdString(name) + "[*] - Kolvane Studio");
   setWindowModified(profile_ && profile_->IProfile_NeedSave());
 }
 
@@ -319,10 +321,10 @@ void MainWindow::ShowVariable(QTreeWidgetItem* current) {
     }
   }
   facts += "\nType override: " + override_text;
-  variable_facts_->setText(ToQ(facts));
+  variable_facts_->setText(QString::fromStdString(facts));
   if (auto compatible = nv->INetworkVariable_SNVTCompatibles()) {
     for (const auto& entry : compatible->ICompatibleSNVTs_NewEnum()) {
-      compatibles_->addItem(ToQ("SNVT_" + entry->ICompatibleSNVT_ID()));
+      compatibles_->addItem(QString::fromStdString("SNVT_" + entry->ICompatibleSNVT_ID()));
     }
   }
 }
@@ -334,8 +336,8 @@ void MainWindow::ChangeProgramId() {
   const std::string accepted = dialog->ProgramID();
   if (accepted.empty()) return;
   program_id_ = accepted;
-  messages_->appendPlainText(ToQ("Program ID set to " + program_id_));
-  statusBar()->showMessage(ToQ("Program ID " + program_id_));
+  messages_->appendPlainText(QString::fromStdString("Program ID set to " + program_id_));
+  statusBar()->showMessage(QString::fromStdString("Program ID " + program_id_));
 }
 
 }  // namespace kolvane::studio

@@ -41,7 +41,6 @@ class MainWindow final : public QMainWindow {
   // The two item trees; columns as in Column.
   QTreeWidget* VariablesTree() const { return variables_; }
   QTreeWidget* PropertiesTree() const { return properties_; }
-  std::shared_ptr<IProfile> Profile() const { return profile_; }
   // The program identifier last accepted in the Device menu's dialog.
   const std::string& ProgramId() const { return program_id_; }
 

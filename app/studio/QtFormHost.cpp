@@ -26,10 +26,8 @@ constexpr int16_t kBackspace = 8;
 constexpr int16_t kEnter = 13;
 constexpr int16_t kEscape = 27;
 
-QString FromUtf8(const std::string& text) { return QString::fromUtf8(text.data(), text.size()); }
-std::string ToUtf8(const QString& text) { return text.toUtf8().toStdString(); }
-
-// Position in a QString (UTF-16 units) of a byte offset into its UTF-8 text, and back.
+// Position in a QString (UTF-16 units) of a byte offset into its UTF-8 text, and back. Qt's
+// std::string conversions are UTF-8.
 int QtIndex(const std::string& text, int32_t bytes) {
   const auto end =
       static_cast<size_t>(std::clamp<int32_t>(bytes, 0, static_cast<int32_t>(text.size())));
@@ -40,7 +38,7 @@ int32_t ByteOffset(const QString& text, int index) {
 }
 
 // The code Visual Basic hands to KeyPress for a key; 0 for a key that raises none (arrows,
-// Delete, shortcuts). A character without a Windows-1252 code is "?".
+// Delete, shortcuts). A character outside Latin-1 is "?".
 int16_t KeyAscii(const QKeyEvent& key) {
   switch (key.key()) {
     case Qt::Key_Backspace:
@@ -89,7 +87,7 @@ Overloaded(F...) -> Overloaded<F...>;
 }  // namespace
 
 FormDialog::FormDialog(Form& form, QWidget* parent) : QDialog(parent), form_(form) {
-  setWindowTitle(FromUtf8(form.Caption()));
+  setWindowTitle(QString::fromStdString(form.Caption()));
   setMinimumWidth(340);
   for (FormControl& control : form.Controls()) bindings_.push_back({std::move(control), nullptr});
 
@@ -104,7 +102,7 @@ FormDialog::FormDialog(Form& form, QWidget* parent) : QDialog(parent), form_(for
     if (buttons_only) line->addStretch();
     for (Binding* binding : members) {
       if (!binding->control.Prompt.empty()) {
-        line->addWidget(new QLabel(FromUtf8(binding->control.Prompt), this));
+        line->addWidget(new QLabel(QString::fromStdString(binding->control.Prompt), this));
       }
       line->addWidget(MakeWidget(*binding));
     }
@@ -169,7 +167,7 @@ QWidget* FormDialog::MakeWidget(Binding& binding) {
                      },
                  },
                  control.Control);
-  widget->setObjectName(FromUtf8(control.Name));
+  widget->setObjectName(QString::fromStdString(control.Name));
   binding.widget = widget;
   return widget;
 }
@@ -180,12 +178,12 @@ void FormDialog::Refresh() {
     std::visit(
         Overloaded{
             [&](Label* label) {
-              static_cast<QLabel*>(widget)->setText(FromUtf8(label->Caption));
+              static_cast<QLabel*>(widget)->setText(QString::fromStdString(label->Caption));
               widget->setVisible(label->Visible);
             },
             [&](TextBox* box) {
               auto* edit = static_cast<QLineEdit*>(widget);
-              const QString text = FromUtf8(box->Text);
+              const QString text = QString::fromStdString(box->Text);
               if (edit->text() != text) edit->setText(text);
               const int start = QtIndex(box->Text, box->SelStart);
               const int length = QtIndex(box->Text, box->SelStart + box->SelLength) - start;
@@ -199,19 +197,19 @@ void FormDialog::Refresh() {
             },
             [&](CheckBox* check) {
               auto* box = static_cast<QCheckBox*>(widget);
-              box->setText(FromUtf8(check->Caption));
+              box->setText(QString::fromStdString(check->Caption));
               box->setChecked(check->Value == 1);
               box->setEnabled(check->Enabled);
             },
             [&](CommandButton* command) {
               auto* button = static_cast<QPushButton*>(widget);
-              button->setText(FromUtf8(command->Caption));
+              button->setText(QString::fromStdString(command->Caption));
               button->setEnabled(command->Enabled);
             },
             [&](ComboBox* list) {
               auto* combo = static_cast<QComboBox*>(widget);
               QStringList entries;
-              for (const std::string& entry : list->List) entries << FromUtf8(entry);
+              for (const std::string& entry : list->List) entries << QString::fromStdString(entry);
               QStringList shown;
               for (int i = 0; i < combo->count(); ++i) shown << combo->itemText(i);
               if (shown != entries) {
@@ -223,12 +221,13 @@ void FormDialog::Refresh() {
             [&](ListView* view) {
               auto* tree = static_cast<QTreeWidget*>(widget);
               QStringList headers;
-              for (const std::string& header : view->ColumnHeaders) headers << FromUtf8(header);
+              for (const std::string& header : view->ColumnHeaders)
+                headers << QString::fromStdString(header);
               tree->setHeaderLabels(headers);
               QList<QStringList> rows;
               for (const ListItem& row : view->ListItems) {
-                QStringList cells{FromUtf8(row.Text)};
-                for (const std::string& cell : row.SubItems) cells << FromUtf8(cell);
+                QStringList cells{QString::fromStdString(row.Text)};
+                for (const std::string& cell : row.SubItems) cells << QString::fromStdString(cell);
                 rows << cells;
               }
               QList<QStringList> shown;
@@ -271,7 +270,7 @@ void FormDialog::SyncFromWidgets() {
                    [&](TextBox* box) {
                      auto* edit = static_cast<QLineEdit*>(widget);
                      const QString text = edit->text();
-                     box->Text = ToUtf8(text);
+                     box->Text = text.toStdString();
                      const bool selected = edit->hasSelectedText();
                      const int start = selected ? edit->selectionStart() : edit->cursorPosition();
                      box->SelStart = ByteOffset(text, start);
@@ -285,7 +284,7 @@ void FormDialog::SyncFromWidgets() {
                    [&](ComboBox* list) {
                      auto* combo = static_cast<QComboBox*>(widget);
                      list->ListIndex = combo->currentIndex();
-                     list->Text = ToUtf8(combo->currentText());
+                     list->Text = combo->currentText().toStdString();
                    },
                    [&](ListView* view) {
                      auto* tree = static_cast<QTreeWidget*>(widget);
