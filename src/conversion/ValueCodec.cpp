@@ -124,13 +124,17 @@ std::string DisplayLimit(const ItemTexts& item, bool maximum) {
   return Trimmed(LocalizeNumber(maximum ? item.maximum : item.minimum));
 }
 
-pugi::xml_node WritePointRecord(pugi::xml_document& document, pugi::xml_node parent,
-                                const PointRecord& record, bool interoperability) {
-  pugi::xml_node point = mXML::AppendXmlElement(document, parent, "ApPoint", mXML::kNoTextField);
+namespace {
+
+void WritePointRecordInto(pugi::xml_document& document, pugi::xml_node point,
+                          const PointRecord& record, bool interoperability) {
   SetAttribute(point, "Key", record.key);
   if (interoperability) SetAttribute(point, "ItemKey", record.global_key);
   SetAttribute(point, "Name", record.name);
-  SetAttribute(point, "Direction", record.direction);
+  SetAttribute(point, "Direction",
+               interoperability && !record.interoperability_direction.empty()
+                   ? record.interoperability_direction
+                   : record.direction);
   SetAttribute(point, "Type", record.type_id);
   SetAttribute(point, "Value", record.value);
   SetAttribute(point, "Permanent", "1");
@@ -151,6 +155,34 @@ pugi::xml_node WritePointRecord(pugi::xml_document& document, pugi::xml_node par
     WriteTypeOverride(document, element, *record.type_override);
   }
   if (record.fields) WriteFieldOverrides(document, info, *record.fields, "");
+  if (!interoperability) return;
+  for (const auto& [name, text] : record.interoperability_children) {
+    mXML::AppendXmlElement(document, point, name, text);
+  }
+}
+
+}  // namespace
+
+LimitTexts RecordLimits(const std::shared_ptr<IFields>& fields, LimitTexts own) {
+  if (!fields) return own;
+  const auto text = [&](const FieldText& rule) {
+    return std::string(TrimBlanks(StructureText(*fields, rule)));
+  };
+  return {text([](const IField& field) { return field.IField_Value(); }),
+          text([](const IField& field) { return field.IField_SNVTType()->ISNVType_Min(); }),
+          text([](const IField& field) { return field.IField_SNVTType()->ISNVType_Max(); })};
+}
+
+pugi::xml_node WritePointRecord(pugi::xml_document& document, pugi::xml_node parent,
+                                const PointRecord& record, bool interoperability) {
+  pugi::xml_node point = mXML::AppendXmlElement(document, parent, "ApPoint", mXML::kNoTextField);
+  try {
+    WritePointRecordInto(document, point, record, interoperability);
+  } catch (...) {
+    // A record that fails is not left half-written.
+    parent.remove_child(point);
+    throw;
+  }
   return point;
 }
 
@@ -161,9 +193,9 @@ void WriteTypeOverride(pugi::xml_document& document, pugi::xml_node element,
   // An override read from a profile names the kind itself ("Enum"); one made by a host may name
   // an enumeration type of the catalogue.
   if (type_id != "Enum" && internal::SnvtChildText(type_id, "TYPE") != "Enum") return;
-  pugi::xml_node states = mXML::AppendXmlElement(document, element, "States", mXML::kNoTextField);
   const auto set = type_override.ITypeOverride_States();
-  if (!set) return;
+  if (!set) RaiseError(ErrorNumber::kObjectNotSet, "the enumeration override " + type_id + " has no states");
+  pugi::xml_node states = mXML::AppendXmlElement(document, element, "States", mXML::kNoTextField);
   for (const auto& state : set->IStates_NewEnum()) {
     pugi::xml_node entry = mXML::AppendXmlElement(document, states, "State", mXML::kNoTextField);
     entry.append_attribute("Value").set_value(state->iState_Value());

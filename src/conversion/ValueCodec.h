@@ -66,6 +66,15 @@ std::string DisplayDefault(const ItemTexts& item);
 // item's own limit text for every other kind but a structure.
 std::string DisplayLimit(const ItemTexts& item, bool maximum);
 
+// The default, minimum and maximum texts an item's records carry: a structure's gathered from its
+// fields (values and type limits), else the texts given.
+struct LimitTexts {
+  std::string default_value;
+  std::string minimum;
+  std::string maximum;
+};
+LimitTexts RecordLimits(const std::shared_ptr<IFields>& fields, LimitTexts own);
+
 // What an item's point record holds.
 struct PointRecord {
   std::string key;         // "Key": the point key
@@ -79,8 +88,12 @@ struct PointRecord {
   int32_t export_index = 0;
   std::shared_ptr<ITypeOverride> type_override;
   std::shared_ptr<IFields> fields;
+  // The interoperability form's "Direction" when it differs from direction.
+  std::string interoperability_direction;
   // Further attributes of the interoperability form, written after "Permanent".
   std::vector<std::pair<std::string, std::string>> interoperability_attributes;
+  // Child elements of the interoperability form, written after "ExtendedInfo".
+  std::vector<std::pair<std::string, std::string>> interoperability_children;
 };
 
 // Appends one "ApPoint" element to parent (the stored form, or the interoperability form with

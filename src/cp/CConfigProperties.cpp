@@ -8,6 +8,7 @@
 #include "foundation/Error.h"
 #include "foundation/Globals.h"
 #include "foundation/ItemLookup.h"
+#include "foundation/ItemNames.h"
 #include "foundation/Numbers.h"
 #include "foundation/ProfileOwner.h"
 
@@ -42,6 +43,7 @@ std::shared_ptr<IConfigProperty> CConfigProperties::IConfigProperties_AddNewCP(
     property->IConfigProperty_SetSnvtType(type_name);
     property->SetGlobalKey(std::string(kBaseKey) + "\\" + key);
     items_.Add(key, property);
+    internal::ItemNamesChanged();
     property->SetIndex(items_.Count() - 1);
     property->IConfigProperty_ConnectionIndex(-1);
     NotifyProfile();
@@ -70,6 +72,7 @@ void CConfigProperties::IConfigProperties_Remove(const std::shared_ptr<IConfigPr
   for (int32_t p = 1; p <= items_.Count(); ++p) {
     if (std::static_pointer_cast<IConfigProperty>(items_.ItemAt(p)) == property) {
       items_.RemoveAt(p);
+      internal::ItemNamesChanged();
       position = p;
       break;
     }
@@ -166,6 +169,7 @@ std::shared_ptr<CConfigProperty> CConfigProperties::Append(
   property->IConfigProperty_ConnectionIndex(-1);
   property->SetGlobalKey(std::string(kBaseKey) + "\\" + key);
   items_.Add(key, property);
+  internal::ItemNamesChanged();
   NotifyProfile();
   return property;
 }

@@ -12,6 +12,7 @@
 #include "foundation/Error.h"
 #include "foundation/Globals.h"
 #include "foundation/HostServices.h"
+#include "foundation/ItemNames.h"
 #include "foundation/Numbers.h"
 #include "foundation/Text.h"
 #include "foundation/mXML.h"
@@ -61,7 +62,10 @@ CConfigProperty::CConfigProperty()
 CConfigProperty::~CConfigProperty() = default;
 
 std::string CConfigProperty::IConfigProperty_Name() const { return name_; }
-void CConfigProperty::IConfigProperty_Name(const std::string& value) { name_ = value; }
+void CConfigProperty::IConfigProperty_Name(const std::string& value) {
+  name_ = value;
+  internal::ItemNamesChanged();
+}
 
 std::string CConfigProperty::IConfigProperty_Value() const { return codec::PlainValue(Texts()); }
 
@@ -224,6 +228,8 @@ void CConfigProperty::LoadFromXml(const std::shared_ptr<IUnknown>& profile, pugi
     if (child.type() == pugi::node_comment) continue;
     ContinueOnError([&] {
       const std::string name = ToUpper(mXML::BaseName(child));
+      // A child without text leaves what was read before.
+      if (!child.first_child()) RaiseError(ErrorNumber::kObjectNotSet, name + " has no text");
       const std::string text = child.first_child().value();
       if (name == "SNVTTYPE") {
         type_name_ = text;
@@ -286,17 +292,21 @@ void CConfigProperty::InitType(const std::string& default_candidate,
     type_->SetMax(maximum_);
     type_->SetMin(minimum_);
   } else if (kind == "Struct") {
+    // Each step under its own guard: one that fails leaves the others to run.
     ContinueOnError([&] {
       fields_ = std::make_shared<CFields>();
       fields_->SetParent(shared_from_this());
       int32_t position = 0;
-      fields_->BuildFromType(position, type_->ISNVType_ID(), kItemType, "", warn);
-      type_->SetLength(fields_->IFields_Length());
-      if (element) fields_->LoadValuesFromXml(element);
-      fields_->SetGlobalKeys(global_key_);
-      fields_->SetParentKeys(point_key_);
+      // The fields take the warning flag, which a load clears first, not the load's argument.
+      fields_->BuildFromType(position, type_->ISNVType_ID(), kItemType, "", default_warning_);
     });
-    default_value_ = IConfigProperty_Value();
+    ContinueOnError([&] { type_->SetLength(fields_->IFields_Length()); });
+    ContinueOnError([&] {
+      if (element) fields_->LoadValuesFromXml(element);
+    });
+    ContinueOnError([&] { fields_->SetGlobalKeys(global_key_); });
+    ContinueOnError([&] { fields_->SetParentKeys(point_key_); });
+    ContinueOnError([&] { default_value_ = IConfigProperty_Value(); });
   }
   if (!assumed.empty()) {
     default_value_ = assumed;
@@ -337,23 +347,11 @@ pugi::xml_node CConfigProperty::WriteXml(pugi::xml_document& document,
   mXML::AppendXmlElement(document, element, "Visible", mXML::BoolToBit(true));
   mXML::AppendXmlElement(document, element, "SNVTType", type_name_);
   if (!sisd_.empty()) mXML::AppendXmlElement(document, element, "SISD", sisd_);
-  if (fields_) {
-    const auto text = [this](auto rule) {
-      return std::string(TrimBlanks(codec::StructureText(*fields_, rule)));
-    };
-    mXML::AppendXmlElement(document, element, "Default",
-                           text([](const IField& field) { return field.IField_Value(); }));
-    mXML::AppendXmlElement(document, element, "Min", text([](const IField& field) {
-                             return field.IField_SNVTType()->ISNVType_Min();
-                           }));
-    mXML::AppendXmlElement(document, element, "Max", text([](const IField& field) {
-                             return field.IField_SNVTType()->ISNVType_Max();
-                           }));
-  } else {
-    mXML::AppendXmlElement(document, element, "Default", default_value_);
-    mXML::AppendXmlElement(document, element, "Min", minimum_);
-    mXML::AppendXmlElement(document, element, "Max", maximum_);
-  }
+  const codec::LimitTexts texts =
+      codec::RecordLimits(fields_, {default_value_, minimum_, maximum_});
+  mXML::AppendXmlElement(document, element, "Default", texts.default_value);
+  mXML::AppendXmlElement(document, element, "Min", texts.minimum);
+  mXML::AppendXmlElement(document, element, "Max", texts.maximum);
   return element;
 }
 
@@ -373,8 +371,9 @@ void CConfigProperty::ApplyScheduleExchangeText(const std::string& text) {
   if (!field) return;
   if (fields_ && field.first_child()) {
     for (pugi::xml_node entry : field.child("FIELDS").children("FIELD")) {
-      if (const auto target = fields_->IFields_Item(entry.attribute("Name").value())) {
-        target->IField_Value(entry.attribute("Value").value());
+      // By name only: a returned "2" names no field, it is not position 2.
+      if (const auto* target = fields_->Items().Find(entry.attribute("Name").value())) {
+        (*target)->IField_Value(entry.attribute("Value").value());
       }
     }
     Globals::NeedSaveFlag = true;

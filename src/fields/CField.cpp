@@ -302,6 +302,7 @@ void CField::LoadValueFromXml(pugi::xml_node node) {
       if (child.type() != pugi::node_element || ToUpper(mXML::BaseName(child)) != "VALUE") {
         continue;
       }
+      if (!child.first_child()) continue;  // a child without text leaves the value
       const std::string text = child.first_child().value();
       value_ = Kind() == "Textual" ? text : SNVTDataConversion::NormalizeDecimal(text);
     }

@@ -9,6 +9,7 @@
 #include "foundation/Error.h"
 #include "foundation/Globals.h"
 #include "foundation/HostServices.h"
+#include "foundation/ItemNames.h"
 #include "foundation/Numbers.h"
 #include "foundation/Text.h"
 #include "foundation/mXML.h"
@@ -111,7 +112,10 @@ void CNetworkVariable::INetworkVariable_LinkedSource(std::shared_ptr<IUnknown> v
 }
 bool CNetworkVariable::INetworkVariable_Mandatory() const { return mandatory_; }
 std::string CNetworkVariable::INetworkVariable_Name() const { return name_; }
-void CNetworkVariable::INetworkVariable_Name(const std::string& value) { name_ = value; }
+void CNetworkVariable::INetworkVariable_Name(const std::string& value) {
+  name_ = value;
+  internal::ItemNamesChanged();
+}
 int32_t CNetworkVariable::INetworkVariable_NodeType() const { return 2; }
 std::string CNetworkVariable::INetworkVariable_PointKey() const { return point_key_; }
 
@@ -359,7 +363,7 @@ std::string CNetworkVariable::BuildNVOCompatibleList(const std::string& type_id,
 void CNetworkVariable::RebuildCompatibles(const internal::NvoTable& table) {
   auto list = std::make_shared<CNVOCompatibleSNVTs>();
   const std::string id = type_ ? type_->ISNVType_ID() : type_name_;
-  list->AddList(direction_ == kOutput ? table.CompatibleTypes(id) : table.OutputsListing(id));
+  list->AddList(direction_ == kOutput ? table.CompatibleTypes(id) : table.CompatibleOutputs(id));
   compatibles_ = list;
 }
 
@@ -376,14 +380,25 @@ codec::PointRecord CNetworkVariable::PointRecord() {
   record.export_index = connection_index_;
   record.type_override = type_override_;
   record.fields = fields_;
+  record.interoperability_direction = direction_ == 0 ? "Input" : "Output";
   auto& extra = record.interoperability_attributes;
   if (direction_ == 0 && receive_heartbeat_) {
     extra.emplace_back("RcvHrtBtEnable", mXML::BoolToBit(receive_heartbeat_));
   }
   if (direction_ != 0 && send_on_delta_enabled_) extra.emplace_back("SendOnDelta", send_on_delta_);
+  extra.emplace_back("Visible", mXML::BoolToBit(true));
+  extra.emplace_back("Mandatory", mXML::BoolToBit(mandatory_));
+  extra.emplace_back("SNVTType", record.type_id);
+  if (!sisd_.empty()) extra.emplace_back("SISD", sisd_);
   if (is_nc_) extra.emplace_back("IsNC", mXML::BoolToBit(is_nc_));
   if (default_warning_) extra.emplace_back("DefaultWarning", mXML::BoolToBit(default_warning_));
-  if (!sisd_.empty()) extra.emplace_back("SISD", sisd_);
+  // The variable reads no limits of its own: a plain one carries its type's.
+  const codec::LimitTexts limits = codec::RecordLimits(
+      fields_, {default_value_, minimum_.empty() && type_ ? type_->ISNVType_Min() : minimum_,
+                maximum_.empty() && type_ ? type_->ISNVType_Max() : maximum_});
+  record.interoperability_children = {{"Default", limits.default_value},
+                                      {"Min", limits.minimum},
+                                      {"Max", limits.maximum}};
   return record;
 }
 

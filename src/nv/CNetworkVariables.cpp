@@ -6,6 +6,7 @@
 #include "foundation/Error.h"
 #include "foundation/Globals.h"
 #include "foundation/ItemLookup.h"
+#include "foundation/ItemNames.h"
 #include "foundation/Numbers.h"
 #include "foundation/ProfileOwner.h"
 #include "nv/CNetworkVariable.h"
@@ -52,6 +53,7 @@ void CNetworkVariables::INetworkVariables_Remove(
   for (int32_t p = 1; p <= items_.Count(); ++p) {
     if (std::static_pointer_cast<INetworkVariable>(items_.ItemAt(p)) == variable) {
       items_.RemoveAt(p);
+      internal::ItemNamesChanged();
       position = p;
       break;
     }
@@ -107,6 +109,7 @@ void CNetworkVariables::Append(const std::string& key,
                                const std::shared_ptr<CNetworkVariable>& variable) {
   variable->SetGlobalKey(std::string(kGlobalKey) + "\\" + key);
   items_.Add(key, variable);
+  internal::ItemNamesChanged();
   variable->SetIndex(items_.Count() - 1);
 }
 

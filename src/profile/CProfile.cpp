@@ -8,10 +8,12 @@
 
 #include "cp/CConfigProperties.h"
 #include "cp/CConfigProperty.h"
+#include "foundation/Characters.h"
 #include "foundation/ContinueOnError.h"
 #include "foundation/Error.h"
 #include "foundation/Globals.h"
 #include "foundation/HostServices.h"
+#include "foundation/ItemNames.h"
 #include "foundation/Numbers.h"
 #include "foundation/mXML.h"
 #include "interfaces/IXIFAndTypesGen.h"
@@ -28,11 +30,8 @@ constexpr size_t kMaxNameLength = 20;
 // The first element named child under an element named parent, in document order.
 pugi::xml_node FirstByPath(const pugi::xml_document& document, const char* parent,
                            const char* child) {
-  for (pugi::xpath_node found :
-       document.select_nodes((std::string("//") + parent + "/" + child).c_str())) {
-    return found.node();
-  }
-  return {};
+  // A node set is kept in the order the steps found its nodes; first() is the document's.
+  return document.select_nodes((std::string("//") + parent + "/" + child).c_str()).first().node();
 }
 
 bool IsNumber(const std::string& text) {
@@ -112,7 +111,7 @@ void CProfile::IProfile_FriendSet(const std::shared_ptr<pugi::xml_document>& pro
                                   const std::shared_ptr<pugi::xml_document>& nvo_table,
                                   const std::string& /*text*/) {
   Globals::ProfileDocument = profile;
-  nvo_table_ = nvo_table;
+  SetNvoTable(nvo_table);
   if (name.empty() && profile) {
     ContinueOnError([&] { name = FirstByPath(*profile, "Profile", "Name").first_child().value(); });
   }
@@ -121,7 +120,8 @@ void CProfile::IProfile_FriendSet(const std::shared_ptr<pugi::xml_document>& pro
     global_key_ = "P" + name;
     parent_ = parent;
     if (!Globals::SnvtCatalogDocument) Globals::SetSnvtCatalogDocument(catalogue);
-    if (profile) LoadDocument(*profile);
+    // The load yields to the host, which may hand in other documents meanwhile.
+    if (const auto document = profile) LoadDocument(*document);
     RebuildCompatibilityLists();
     datasheet_available_ = false;
   });
@@ -168,7 +168,7 @@ void CProfile::IProfile_XmlLoad(pugi::xml_node node, const std::shared_ptr<IUnkn
       if (!child.attribute("Permanent")) {
         nvs_->AddFromXml(name, child, self);
       } else {
-        cps_->AddFromExport(name, child, self);
+        cps_->AddFromXml(name, child, self);
       }
     });
   }
@@ -178,7 +178,12 @@ void CProfile::IProfile_XmlLoad(pugi::xml_node node, const std::shared_ptr<IUnkn
 void CProfile::Iprofile_SetXmlDomDocs(const std::shared_ptr<pugi::xml_document>& catalogue,
                                       const std::shared_ptr<pugi::xml_document>& nvo_table) {
   Globals::SetSnvtCatalogDocument(catalogue);
+  SetNvoTable(nvo_table);
+}
+
+void CProfile::SetNvoTable(const std::shared_ptr<pugi::xml_document>& nvo_table) {
   nvo_table_ = nvo_table;
+  nvo_index_.reset();
 }
 
 void CProfile::IProfile_ExportUserDefProfile(const std::string& /*ignored*/) {}
@@ -187,19 +192,34 @@ std::shared_ptr<IUnknown> CProfile::Iprofile_AddNetworkItem(
     int32_t kind, const std::string& type_name, const std::string& name, int32_t direction,
     const std::shared_ptr<ICompatibleSNVTs>& available_types, const std::string& point_key) {
   const std::string unique = UniqueName(name);
+  if (kind != 2 && kind != 3) return nullptr;
+  // The key is made before the item is added, so that a failure (error 6 for a key number past
+  // 16 bits) adds nothing; a key that goes to no item is given again.
+  const int16_t last_point_key = last_point_key_;
+  const std::string key = point_key.empty() ? NewPointKey() : point_key;
+  const uint64_t names_before = internal::ItemNamesStamp();
   std::shared_ptr<IUnknown> item;
   if (kind == 2) {
-    auto variable = nvs_->INetworkVariables_AddNV(unique, direction, type_name);
-    if (!variable) return nullptr;
-    variable->INetworkVariable_PointKey(point_key.empty() ? NewPointKey() : point_key);
-    variable->INetworkVariable_AvailableTypes(available_types);
-    item = variable;
-  } else if (kind == 3) {
-    auto property = cps_->IConfigProperties_AddNewCP(unique, type_name);
-    if (!property) return nullptr;
-    property->IConfigProperty_PointKey(point_key.empty() ? NewPointKey() : point_key);
+    if (auto variable = nvs_->INetworkVariables_AddNV(unique, direction, type_name)) {
+      variable->INetworkVariable_PointKey(key);
+      variable->INetworkVariable_AvailableTypes(available_types);
+      item = variable;
+    }
+  } else if (auto property = cps_->IConfigProperties_AddNewCP(unique, type_name)) {
+    property->IConfigProperty_PointKey(key);
     property->IConfigProperty_AvailableTypes(available_types);
     item = property;
+  }
+  if (!item) {
+    last_point_key_ = last_point_key;
+    return nullptr;
+  }
+  // An add sets the new item's name and appends it: two changes. When nothing else changed the
+  // names meanwhile (a host re-entering at a yield may have), the index takes the new name
+  // instead of being rebuilt by the next add.
+  if (internal::ItemNamesStamp() == names_before + 2) {
+    names_.insert(unique);
+    names_stamp_ = internal::ItemNamesStamp();
   }
   return item;
 }
@@ -216,26 +236,44 @@ int32_t CProfile::Iprofile_XmlLoadValue() {
 
 void CProfile::RebuildCompatibilityLists() {
   if (!nvs_) return;
-  static const pugi::xml_document kEmptyTable;
-  const internal::NvoTable table(nvo_table_ ? *nvo_table_ : kEmptyTable);
-  for (const auto& entry : nvs_->Items()) entry.item->RebuildCompatibles(table);
+  if (!nvo_index_) {
+    static const pugi::xml_document kEmptyTable;
+    nvo_index_ = std::make_shared<const internal::NvoTable>(nvo_table_ ? *nvo_table_ : kEmptyTable);
+  }
+  // Building a list yields to the host, which may add, remove or edit items, or hand in another
+  // table: walk a snapshot and keep the table alive until the walk ends.
+  const auto table = nvo_index_;
+  for (const auto& variable : nvs_->Items().Values()) variable->RebuildCompatibles(*table);
 }
 
 std::string CProfile::UniqueName(const std::string& name) const {
   if (IsNumber(name)) {
     RaiseError(ErrorNumber::kInvalidProcedureCall, "\"" + name + "\" is a number, not a name");
   }
-  std::unordered_set<std::string> taken;
-  for (const auto& entry : nvs_->Items()) taken.insert(entry.item->INetworkVariable_Name());
-  for (const auto& entry : cps_->Items()) taken.insert(entry.item->IConfigProperty_Name());
+  const std::unordered_set<std::string>& taken = ItemNames();
+  // Cut by characters, not bytes; the check is made on the uncut name, the result is cut.
+  const auto cut = [&name](const std::string& suffix) {
+    return std::string(LeftCharacters(name, kMaxNameLength - suffix.size())) + suffix;
+  };
   std::string suffix;
   std::string candidate = name;
   for (int32_t n = 1; taken.count(candidate) != 0; ++n) {
     if (n > std::numeric_limits<int16_t>::max()) RaiseError(ErrorNumber::kOverflow, name);
     suffix = "_" + std::to_string(n);
-    candidate = name.substr(0, kMaxNameLength - suffix.size()) + suffix;
+    candidate = cut(suffix);
   }
-  return name.substr(0, kMaxNameLength - suffix.size()) + suffix;
+  return cut(suffix);
+}
+
+const std::unordered_set<std::string>& CProfile::ItemNames() const {
+  if (names_stamp_ != internal::ItemNamesStamp() || !names_valid_) {
+    names_.clear();
+    for (const auto& entry : nvs_->Items()) names_.insert(entry.item->INetworkVariable_Name());
+    for (const auto& entry : cps_->Items()) names_.insert(entry.item->IConfigProperty_Name());
+    names_stamp_ = internal::ItemNamesStamp();
+    names_valid_ = true;
+  }
+  return names_;
 }
 
 std::string CProfile::NewPointKey() {
@@ -246,10 +284,9 @@ std::string CProfile::NewPointKey() {
     ++last_point_key_;
   } else {
     int16_t highest = 0;
+    // A key whose number does not fit 16 bits raises error 6.
     const auto consider = [&highest](const std::string& key) {
-      if (key.size() < 2) return;
-      ContinueOnError(
-          [&] { highest = std::max(highest, RoundToInt16(LeadingNumber(key.substr(1)))); });
+      if (key.size() >= 2) highest = std::max(highest, RoundToInt16(LeadingNumber(key.substr(1))));
     };
     for (const auto& entry : nvs_->Items()) consider(entry.item->INetworkVariable_PointKey());
     for (const auto& entry : cps_->Items()) consider(entry.item->IConfigProperty_PointKey());
@@ -282,14 +319,15 @@ int32_t CProfile::SaveValues(pugi::xml_node parent, pugi::xml_document& document
     application =
         mXML::AppendXmlElement(document, parent, "ApplicationProfile", mXML::kNoTextField);
   });
-  for (const auto& entry : nvs_->Items()) {
+  // A message box the host answers may re-enter: walk snapshots.
+  for (const auto& variable : nvs_->Items().Values()) {
     ContinueOnError([&] {
-      codec::WritePointRecord(document, application, entry.item->PointRecord(), interoperability);
+      codec::WritePointRecord(document, application, variable->PointRecord(), interoperability);
     });
   }
-  for (const auto& entry : cps_->Items()) {
+  for (const auto& property : cps_->Items().Values()) {
     ContinueOnError([&] {
-      codec::WritePointRecord(document, application, entry.item->PointRecord(), interoperability);
+      codec::WritePointRecord(document, application, property->PointRecord(), interoperability);
     });
   }
   Globals::NeedSaveFlag = false;

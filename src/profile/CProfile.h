@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <memory>
 #include <string>
+#include <unordered_set>
 
 #include <pugixml.hpp>
 
@@ -13,6 +14,9 @@ namespace kolvane {
 
 class CConfigProperties;
 class CNetworkVariables;
+namespace internal {
+class NvoTable;
+}  // namespace internal
 
 // The application profile of one device. Create it with kolvane::CreateProfile().
 class CProfile final : public IProfile,
@@ -78,6 +82,9 @@ class CProfile final : public IProfile,
  private:
   CProfile() = default;
   void LoadDocument(const pugi::xml_document& document);
+  void SetNvoTable(const std::shared_ptr<pugi::xml_document>& nvo_table);
+  // The names of every item, indexed once and kept while no name changes.
+  const std::unordered_set<std::string>& ItemNames() const;
   int32_t SaveValues(pugi::xml_node parent, pugi::xml_document& document, bool interoperability);
 
   std::shared_ptr<CNetworkVariables> nvs_;
@@ -89,6 +96,11 @@ class CProfile final : public IProfile,
   bool datasheet_available_ = false;
   int32_t incremental_conn_index_ = 0;
   std::shared_ptr<pugi::xml_document> nvo_table_;
+  // nvo_table_ indexed on the first rebuild after it was handed in.
+  std::shared_ptr<const internal::NvoTable> nvo_index_;
+  mutable std::unordered_set<std::string> names_;
+  mutable uint64_t names_stamp_ = 0;
+  mutable bool names_valid_ = false;
   bool compatibility_rebuilt_ = false;
   int16_t last_point_key_ = -1;
 };

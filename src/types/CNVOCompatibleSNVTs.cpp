@@ -1,7 +1,8 @@
 #include "types/CNVOCompatibleSNVTs.h"
 
+#include <algorithm>
+
 #include "foundation/Error.h"
-#include "foundation/Globals.h"
 #include "foundation/HostServices.h"
 #include "interfaces/IUtility.h"
 #include "types/CNVOCompatibleSNVT.h"
@@ -57,11 +58,15 @@ void CNVOCompatibleSNVTs::AddList(const std::string& text) {
     AddEntry(text);
     return;
   }
-  for (int32_t index = 0;; ++index) {
+  // Token by token as GetToken gives them, in one pass: a yield before each token, and the
+  // first empty token (the one after the last, too) ends the list.
+  for (size_t start = 0;;) {
     DoEvents();
-    const std::string token = Globals::GetToken(text, index, ",");
-    if (token.empty()) break;
-    AddEntry(token);
+    if (start > text.size()) break;
+    const size_t comma = std::min(text.find(',', start), text.size());
+    if (comma == start) break;
+    AddEntry(text.substr(start, comma - start));
+    start = comma + 1;
   }
 }
 

@@ -1,6 +1,7 @@
 #include "types/CStates.h"
 
 #include "foundation/Error.h"
+#include "foundation/Numbers.h"
 
 namespace kolvane {
 
@@ -9,7 +10,7 @@ std::shared_ptr<iState> CStates::IStates_Item(int16_t value) const {
   return state ? *state : nullptr;
 }
 
-int16_t CStates::IStates_Count() const { return static_cast<int16_t>(states_.Count()); }
+int16_t CStates::IStates_Count() const { return RoundToInt16(states_.Count()); }
 
 std::vector<std::shared_ptr<iState>> CStates::IStates_NewEnum() const { return states_.Values(); }
 

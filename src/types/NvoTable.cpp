@@ -20,24 +20,30 @@ std::string_view NodeIdentifier(std::string_view name) {
 }
 
 NvoTable::NvoTable(const pugi::xml_document& document) {
-  const pugi::xml_node table = document.document_element();
-  const bool named_table = std::string_view(table.name()) == "NVOTable";
-  for (pugi::xml_node output : table.children()) {
+  // Inputs: the outputs under the root element that list a type (the listing rule).
+  for (pugi::xml_node output : document.document_element().children()) {
     if (output.type() != pugi::node_element) continue;
     const std::string_view output_id = NodeIdentifier(output.name());
-    std::string listed;
     for (pugi::xml_node child : output.children()) {
-      if (child.type() != pugi::node_element) continue;
-      if (IsTypeNodeName(child.name())) {
+      if (child.type() == pugi::node_element && IsTypeNodeName(child.name())) {
         outputs_listing_[std::string(NodeIdentifier(child.name()))] += "," + std::string(output_id);
       }
-      const std::string_view base = mXML::BaseName(child);
-      if (IsTypeNodeName(base)) {
-        listed += (listed.empty() ? "" : ",") + std::string(NodeIdentifier(base));
-      }
     }
-    if (named_table && IsTypeNodeName(output.name())) {
-      compatible_types_.try_emplace(std::string(output_id), listed);
+  }
+  // Outputs: "NVOTable/SNVT_" + id as a tag-name lookup finds it, an "NVOTable" element at any
+  // depth, first match in document order.
+  for (pugi::xpath_node table : document.select_nodes("//NVOTable")) {
+    for (pugi::xml_node output : table.node().children()) {
+      if (output.type() != pugi::node_element || !IsTypeNodeName(output.name())) continue;
+      std::string listed;
+      for (pugi::xml_node child : output.children()) {
+        if (child.type() != pugi::node_element) continue;
+        const std::string_view base = mXML::BaseName(child);
+        if (IsTypeNodeName(base)) {
+          listed += (listed.empty() ? "" : ",") + std::string(NodeIdentifier(base));
+        }
+      }
+      compatible_types_.try_emplace(std::string(NodeIdentifier(output.name())), listed);
     }
   }
 }
@@ -51,6 +57,11 @@ std::string NvoTable::OutputsListing(std::string_view id) const {
   const auto it = outputs_listing_.find(std::string(id));
   if (it == outputs_listing_.end()) return "";
   return it->second.size() > 2 ? it->second.substr(1) : it->second;
+}
+
+std::string NvoTable::CompatibleOutputs(std::string_view id) const {
+  const auto it = outputs_listing_.find(std::string(id));
+  return it == outputs_listing_.end() ? "" : it->second.substr(1);
 }
 
 }  // namespace kolvane::internal

@@ -29,6 +29,10 @@ class NvoTable {
   // order; the leading "," is dropped only from a list longer than 2 characters.
   std::string OutputsListing(std::string_view id) const;
 
+  // The outputs whose lists name id, joined by "," without a leading ",", for an input's
+  // compatible list (a lone one-character output stays readable there).
+  std::string CompatibleOutputs(std::string_view id) const;
+
  private:
   std::unordered_map<std::string, std::string> compatible_types_;
   std::unordered_map<std::string, std::string> outputs_listing_;

@@ -93,8 +93,16 @@ TEST_F(ValueCodecTest, OtherKindsAndStructures) {
 }
 
 TEST_F(ValueCodecTest, PointRecordInBothForms) {
-  codec::PointRecord record{"P7", "G\\nciSet", "nciSet", "In",    "temp_p", "21.5",
-                            120,  45.5,        3,        nullptr, nullptr,  {}};
+  codec::PointRecord record;
+  record.key = "P7";
+  record.global_key = "G\\nciSet";
+  record.name = "nciSet";
+  record.direction = "In";
+  record.type_id = "temp_p";
+  record.value = "21.5";
+  record.x = 120;
+  record.y = 45.5;
+  record.export_index = 3;
   pugi::xml_document document;
   pugi::xml_node parent = document.append_child("Points");
   EXPECT_EQ(XmlText(codec::WritePointRecord(document, parent, record, false)),
@@ -117,8 +125,14 @@ TEST_F(ValueCodecTest, OverridesOfTheItemAndOfNestedFields) {
   FieldAt(fields, "room.space_temp")->IOverridableItem_TypeOverride(Override("temp_f", {}));
   FieldAt(fields, "room.fan.state")->IOverridableItem_TypeOverride(occupancy);
 
-  codec::PointRecord record{"K", "", "nciRoom", "In",      "40003", "{}",
-                            0,   0,  0,         occupancy, fields,  {}};
+  codec::PointRecord record;
+  record.key = "K";
+  record.name = "nciRoom";
+  record.direction = "In";
+  record.type_id = "40003";
+  record.value = "{}";
+  record.type_override = occupancy;
+  record.fields = fields;
   pugi::xml_document document;
   const pugi::xml_node point =
       codec::WritePointRecord(document, document.append_child("Points"), record, false);

@@ -279,7 +279,7 @@ class StudioTest : public QObject {
     });
     DoubleClick(tree, Find(tree, "nvoSpaceTemp"));
     const QString saved = Save(true);
-    QVERIFY2(saved.contains(R"(Name="nvoSpaceTemp" Direction="Out" Type="temp_p" Value="" )"
+    QVERIFY2(saved.contains(R"(Name="nvoSpaceTemp" Direction="Output" Type="temp_p" Value="" )"
                             R"(Permanent="1" SendOnDelta="0.5")"),
              qPrintable(saved));
   }
