@@ -102,6 +102,10 @@ class KOLVANE_API Form {
   // Called when the form is about to close; setting Cancel to a non-zero value keeps it open.
   virtual void Form_Unload(int16_t& Cancel) { (void)Cancel; }
 
+ protected:
+  // Sets a text box's text as the toolkit does: a text that changes raises the box's Change.
+  void SetText(TextBox& box, std::string text);
+
  private:
   bool loaded_ = false;
 };

@@ -1,5 +1,6 @@
 #include "dialogs/frmCPModif1.h"
 
+#include "conversion/SNVTDataConversion.h"
 #include "foundation/Error.h"
 #include "foundation/Globals.h"
 #include "foundation/HostServices.h"
@@ -66,11 +67,16 @@ void frmCPModif1::Form_Load() {
       value == kInvalid ? kInvalid : converter_->ToDisplayUnits(type_id_, value);
   const std::string units(TrimBlanks(converter_->DisplayUnits(type_id_)));
   lblUnits.Caption = units.empty() ? "" : "[" + units + "]";
-  minimum_ = converter_->DisplayMinimum(type_id_);
-  maximum_ = converter_->DisplayMaximum(type_id_);
+  // The limits of the item's own type object: a configuration property's bounds are there.
+  const auto limit = [&](const std::string& text) {
+    return text.empty() ? text
+                        : converter_->ToDisplayUnits(type_id_, SNVTDataConversion::LocalizeNumber(text));
+  };
+  minimum_ = type ? limit(type->ISNVType_Min()) : "";
+  maximum_ = type ? limit(type->ISNVType_Max()) : "";
   lblMin.Caption = Limit(minimum_);
   lblMax.Caption = Limit(maximum_);
-  txtNewCPValue.Text = text;
+  SetText(txtNewCPValue, text);
   const bool is_float = type && ToUpper(type->ISNVType_GenType()) == "FLOAT";
   decimal_limit_ = is_float ? kFloatDecimals : (type ? std::max(0, -type->ISNVType_BCoef()) : 0);
   chkInvalid.Enabled = !is_float;
@@ -85,6 +91,9 @@ void frmCPModif1::Form_Load() {
 
 void frmCPModif1::txtNewCPValue_KeyPress(int16_t& KeyAscii) {
   if (KeyAscii == kEscape) return;
+  // Either separator typed is the decimal separator.
+  const std::string& alternate = Globals::AlternateSeparator;
+  if (!alternate.empty() && KeyAscii == alternate[0]) KeyAscii = Globals::DecimalPoint();
   const std::string& text = txtNewCPValue.Text;
   const char separator = Globals::DecimalPoint();
   const bool whole_selected = txtNewCPValue.SelLength >= static_cast<int32_t>(text.size());

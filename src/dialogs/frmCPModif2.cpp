@@ -33,7 +33,7 @@ void frmCPModif2::Form_Load() {
   if (items_.empty()) return;
   auto& item = items_.front().point;
   lblName.Caption = item.Name();
-  txtNewCPValue.Text = item.Value();
+  SetText(txtNewCPValue, item.Value());
   txtNewCPValue.SelStart = 0;
   txtNewCPValue.SelLength = static_cast<int32_t>(txtNewCPValue.Text.size());
 }

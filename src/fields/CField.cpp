@@ -268,8 +268,12 @@ void CField::InitFromType(const std::string& type_name) {
   ContinueOnError([&] {
     fields_ = std::make_shared<CFields>();
     fields_->SetParent(shared_from_this());
+    // A type met again on its own nesting path stops there, as does a nesting too deep.
+    if (OnOwnPath(type_->ISNVType_Name())) {
+      RaiseError(ErrorNumber::kOutOfStackSpace, "SNVT_" + type_name + " contains itself");
+    }
     if (Depth() >= kMaxStructureDepth) {
-      RaiseError(ErrorNumber::kOutOfStackSpace, "SNVT_" + type_name + " nests itself");
+      RaiseError(ErrorNumber::kOutOfStackSpace, "SNVT_" + type_name + " nests too deep");
     }
     fields_->BuildFromType(end_offset_, type_->ISNVType_Name(), 5, value_, warn_missing_default_);
   });
@@ -395,6 +399,19 @@ int CField::Depth() const {
     ++depth;
   }
   return depth;
+}
+
+bool CField::OnOwnPath(const std::string& type_name) const {
+  std::shared_ptr<IUnknown> owner = parent_.lock();
+  for (auto field = std::dynamic_pointer_cast<CField>(owner); field;
+       field = std::dynamic_pointer_cast<CField>(owner)) {
+    if (field->type_ && field->type_->ISNVType_Name() == type_name) return true;
+    owner = field->parent_.lock();
+  }
+  // The item at the top expands its type by identifier.
+  const auto item = std::dynamic_pointer_cast<ISubItemConnable>(owner);
+  const auto type = item ? item->ISubItemConnable_SNVTType() : nullptr;
+  return type && type->ISNVType_ID() == type_name;
 }
 
 std::shared_ptr<IUnknown> CField::TopOwner() const {

@@ -150,6 +150,8 @@ class CField final : public IField,
   void ApplyMissingDefault(const std::string& replacement);
   // Number of enclosing structure fields.
   int Depth() const;
+  // True when an enclosing structure field, or the item at the top, expands type_name.
+  bool OnOwnPath(const std::string& type_name) const;
   // The network variable or configuration property at the top of the owner chain.
   std::shared_ptr<IUnknown> TopOwner() const;
 

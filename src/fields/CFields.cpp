@@ -12,6 +12,7 @@
 #include "interfaces/IUtility.h"
 #include "types/CSNVTType.h"
 #include "types/SnvtCatalogue.h"
+#include "types/StructureDepth.h"
 
 namespace kolvane {
 
@@ -55,11 +56,13 @@ std::shared_ptr<CField> CFields::BuildFromType(int32_t& position, const std::str
   const std::vector<std::string> values = utility->SplitFields(value_text);
   const std::shared_ptr<IUnknown> owner = parent_.lock();
 
+  internal::StructureExpansion expansion(type_name);
   std::shared_ptr<CField> last;
   int32_t accumulated = 0;
   size_t i = 0;
   for (pugi::xml_node child : internal::FindSnvtChild(type_name, "Fields").children()) {
     if (child.type() != pugi::node_element) continue;
+    expansion.CountField();
     auto field = std::make_shared<CField>();
     field->SetParent(owner);
     field->SetNodeType(item_type);

@@ -1,5 +1,6 @@
 #include "host/CUtility.h"
 
+#include <algorithm>
 #include <cmath>
 #include <optional>
 
@@ -47,7 +48,13 @@ std::vector<std::string> SplitAtDepthZero(std::string_view text, std::string_vie
   return parts;
 }
 
-std::string DefaultOfType(const std::string& id, int depth);
+// The types being expanded, outermost first, and the fields expanded so far.
+struct Expansion {
+  std::vector<std::string> path;
+  int32_t fields = 0;
+};
+
+std::string DefaultOfType(const std::string& id, Expansion& expansion);
 
 std::string EnumerationDefault(const CSNVTType& type, const std::string& declared) {
   const std::string desc = type.ISNVType_EnumDesc();
@@ -78,25 +85,33 @@ std::string NumericDefault(const CSNVTType& type) {
   return "0";
 }
 
-std::string StructureDefault(const std::string& id, int depth) {
-  // A type that contains itself ends in an empty structure.
-  if (depth >= kMaxStructureDepth) return "{}";
+std::string StructureDefault(const std::string& id, Expansion& expansion) {
+  // A type met again on its own path, a nesting too deep or too many fields end in an empty
+  // structure.
+  auto& path = expansion.path;
+  if (static_cast<int>(path.size()) >= kMaxStructureDepth ||
+      std::find(path.begin(), path.end(), id) != path.end()) {
+    return "{}";
+  }
+  path.push_back(id);
   std::string text = "{";
   for (pugi::xml_node field : internal::FindSnvtChild(id, "Fields").children()) {
     if (field.type() != pugi::node_element) continue;
-    text += " " + DefaultOfType(field.text().get(), depth + 1) + " ";
+    if (++expansion.fields > kMaxStructureFields) break;
+    text += " " + DefaultOfType(field.text().get(), expansion) + " ";
   }
+  path.pop_back();
   return text + "}";
 }
 
-std::string DefaultOfType(const std::string& id, int depth) {
+std::string DefaultOfType(const std::string& id, Expansion& expansion) {
   CSNVTType type;
   type.Load(id);
   const std::string kind = type.ISNVType_GenType();
   const std::string declared = internal::SnvtChildText(id, "DEFAULT");
   if (kind == "Enum") return EnumerationDefault(type, declared);
   if (!declared.empty()) return declared;
-  if (kind == "Struct") return StructureDefault(id, depth);
+  if (kind == "Struct") return StructureDefault(id, expansion);
   if (kind == "SignedNumeric" || kind == "UnsignedNumeric" || kind == "Float" ||
       kind == "Bitfield") {
     return NumericDefault(type);
@@ -129,7 +144,8 @@ std::vector<std::string> CUtility::SplitFields(const std::string& value) {
 
 std::string CUtility::DefaultValue(const std::shared_ptr<ISNVType>& type) {
   if (!type) RaiseError(ErrorNumber::kObjectNotSet, "no type");
-  return DefaultOfType(type->ISNVType_ID(), 0);
+  Expansion expansion;
+  return DefaultOfType(type->ISNVType_ID(), expansion);
 }
 
 void CUtility::ParseLocation(const std::string& text, int32_t& x, int32_t& y) {

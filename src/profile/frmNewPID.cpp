@@ -28,7 +28,7 @@ std::vector<FormControl> frmNewPID::Controls() {
 
 void frmNewPID::Form_Load() {
   result_.clear();
-  txtNid.Text = initial_;
+  SetText(txtNid, initial_);
 }
 
 void frmNewPID::txtNid_Change() {

@@ -89,7 +89,7 @@ TEST_F(DialogsTest, NumericDialogShowsTheValueChecksTheRangeAndWrites) {
 TEST_F(DialogsTest, NumericKeyFilterAndWellFormedNumbers) {
   const auto d = Open<frmCPModif1>(NewCP("temp_p", "21.5"));
   // The whole text selected: Escape and "+" pass.
-  EXPECT_EQ(tuple(Type(*d, "aE,e \b\x1b+"), d->txtNewCPValue.Text), tuple("\x1b+", "+"));
+  EXPECT_EQ(tuple(Type(*d, "aEe \b\x1b+"), d->txtNewCPValue.Text), tuple("\x1b+", "+"));
   const std::vector<tuple<std::string, std::string, bool>> typed = {
       {"-12.345", "-12.34", true}, {"1e+5", "1E+5", true}, {"1+2-", "12", true},
       {"1.2.3", "1.23", true},     {"1E.5", "1E5", true},  {"1.E5", "1.5", true},
@@ -99,6 +99,16 @@ TEST_F(DialogsTest, NumericKeyFilterAndWellFormedNumbers) {
     d->txtNewCPValue = {};
     Type(*d, keys);
     EXPECT_EQ(tuple(d->txtNewCPValue.Text, d->cmdOk.Enabled), tuple(text, ok)) << keys;
+  }
+
+  // Either separator typed is the locale's decimal separator: under a decimal comma "22.2" must
+  // not become 222.
+  for (const auto& [separator, keys, text] :
+       {tuple(".", "1,5", "1.5"), tuple(",", "22.2", "22,2"), tuple(",", "2,2.", "2,2")}) {
+    ScopedDecimalSeparator locale(separator);
+    d->txtNewCPValue = {};
+    Type(*d, keys);
+    EXPECT_EQ(tuple(d->txtNewCPValue.Text, d->cmdOk.Enabled), tuple(text, true)) << keys;
   }
 }
 

@@ -29,6 +29,10 @@ constexpr char kExtraTypes[] = R"(
   <SNVT_dup><NAME>dup</NAME><TYPE>Struct</TYPE><Fields><a>u8</a><a>u16</a></Fields></SNVT_dup>
   <SNVT_loop><NAME>loop</NAME><TYPE>Struct</TYPE><Fields><a>u8</a><self>loop</self></Fields>
     </SNVT_loop>
+  <SNVT_twice><NAME>twice</NAME><TYPE>Struct</TYPE>
+    <Fields><a>u8</a><left>twice</left><right>twice</right></Fields></SNVT_twice>
+  <SNVT_ping><NAME>ping</NAME><TYPE>Struct</TYPE><Fields><p>pong</p><q>pong</q></Fields></SNVT_ping>
+  <SNVT_pong><NAME>pong</NAME><TYPE>Struct</TYPE><Fields><p>ping</p><q>ping</q></Fields></SNVT_pong>
 )";
 
 // "value|shown value|shown default|shown minimum|shown maximum" of a field.
@@ -288,18 +292,51 @@ TEST_F(CFieldsTest, KeysFollowTheOwnerChain) {
   EXPECT_EQ(value->IField_GlobalKey(), "K\\room\\fan\\value");
 }
 
-TEST_F(CFieldsTest, SelfContainingStructureStopsAfter32Levels) {
-  EXPECT_EQ(ErrorNumberOf([&] { BuildFields(owner, "loop"); }), 0);
+// A type met again on its own nesting path is not expanded again: with two self-typed fields
+// (or two types that contain each other twice) expansion used to double at every level.
+TEST_F(CFieldsTest, SelfContainingStructuresStopWhereTheTypeRecurs) {
   const auto loop = BuildFields(owner, "loop", "{ 3  {} }");
-  std::shared_ptr<IField> self = loop->IFields_Item("self");
-  int levels = 0;
-  for (; self->IField_Fields()->IFields_Count() > 0; ++levels) {
-    EXPECT_EQ(self->IField_Fields()->IFields_Item("a")->IField_Value(), "3");
-    self = self->IField_Fields()->IFields_Item("self");
+  const auto self = loop->IFields_Item("self");
+  EXPECT_EQ(self->IField_Fields()->IFields_Count(), 2);
+  EXPECT_EQ(self->IField_Fields()->IFields_Item("a")->IField_Value(), "3");
+  // The next "self" is a structure field with no fields of its own.
+  const auto deepest = self->IField_Fields()->IFields_Item("self");
+  EXPECT_EQ(deepest->IField_Fields()->IFields_Count(), 0);
+  EXPECT_EQ(deepest->IField_Value(), "{}");
+
+  const auto twice = BuildFields(owner, "twice");
+  for (const char* side : {"left", "right"}) {
+    const auto sub = twice->IFields_Item(side)->IField_Fields();
+    EXPECT_EQ(sub->IFields_Count(), 3) << side;
+    EXPECT_EQ(sub->IFields_Item("left")->IField_Fields()->IFields_Count(), 0) << side;
   }
-  EXPECT_EQ(levels, 32);
-  // The deepest one is still a structure field, with an empty collection.
-  EXPECT_EQ(self->IField_Value(), "{}");
+  // The owner here has no type, so the path starts at the first field: ping.q is a pong, its p a
+  // ping, whose pongs are met again and stay empty.
+  const auto ping = BuildFields(owner, "ping");
+  const auto inner_ping = ping->IFields_Item("q")->IField_Fields()->IFields_Item("p")->IField_Fields();
+  EXPECT_EQ(inner_ping->IFields_Count(), 2);
+  EXPECT_EQ(inner_ping->IFields_Item("q")->IField_Fields()->IFields_Count(), 0);
+}
+
+// A catalogue whose types multiply without repeating is cut at a bound, with a message, instead of
+// holding up the load: 30 levels of two fields each would be about two thousand million fields.
+TEST_F(CFieldsTest, ExpansionOfOneStructureIsBounded) {
+  std::string types;
+  for (int level = 0; level < 30; ++level) {
+    const std::string below = level == 29 ? "u8" : "w" + std::to_string(level + 1);
+    types += "<SNVT_w" + std::to_string(level) + "><NAME>w" + std::to_string(level) +
+             "</NAME><TYPE>Struct</TYPE><Fields><a>" + below + "</a><b>" + below +
+             "</b></Fields></SNVT_w" + std::to_string(level) + ">";
+  }
+  ScopedCatalogue wide(BundledCatalogueWith(types));
+  MessageBoxRecorder boxes;
+  std::shared_ptr<CFields> built;
+  EXPECT_EQ(ErrorNumberOf([&] { built = BuildFields(owner, "w0"); }), ErrorNumber::kOutOfStackSpace);
+  EXPECT_EQ(boxes.boxes, (Boxes{{"Error: SNVT_w0 has more than 10000 fields", vbOKOnly, ""}}));
+  // A new build counts afresh.
+  boxes.boxes.clear();
+  EXPECT_EQ(BuildFields(owner, "w20")->IFields_Count(), 2);
+  EXPECT_TRUE(boxes.boxes.empty());
 }
 
 }  // namespace

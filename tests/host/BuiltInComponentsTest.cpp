@@ -82,21 +82,22 @@ constexpr char kKinds[] = R"(
   <SNVT_outer><TYPE>Struct</TYPE><Fields><x>st</x><y>txt</y><z>hi</z></Fields></SNVT_outer>
   <SNVT_given><TYPE>Struct</TYPE><DEFAULT>{ 1  2 }</DEFAULT><Fields><a>lo</a></Fields></SNVT_given>
   <SNVT_loop><TYPE>Struct</TYPE><Fields><a>bits</a><self>loop</self></Fields></SNVT_loop>
+  <SNVT_twice><TYPE>Struct</TYPE><Fields><a>bits</a><l>twice</l><r>twice</r></Fields></SNVT_twice>
 )";
 
 // A number type starts at the bound nearest to zero, also when it has only one (m, n); a type
-// that contains itself ends in "{}" 32 levels down instead of recursing without end.
+// that contains itself ends in "{}" where it meets itself again.
 TEST(CUtilityTest, DefaultValuesByKind) {
   ScopedCatalogue catalogue(BundledCatalogueWith(kKinds));
-  std::string loop = "{}";
-  for (int level = 0; level < 32; ++level) loop = "{ 0  " + loop + " }";
+  const std::string loop = "{ 0  {} }";
   // clang-format off
   const std::pair<const char*, std::string> cases[] = {
       {"temp_p", "20"}, {"occupancy", "OC_OCCUPIED"}, {"lev_cont", "0"},
       {"switch_state", "TOGGLE_OFF"}, {"switch", "{ 0  TOGGLE_OFF }"}, {"lo", "5"}, {"hi", "-2.5"},
       {"mid", "0"}, {"m", "5"}, {"n", "-3"}, {"bits", "0"}, {"e0", "OFF"}, {"e1", "LOW"},
       {"ev", "HIGH"}, {"en", "HIGH"}, {"txt", ""}, {"st", "{ 5  LOW }"},
-      {"outer", "{ { 5  LOW }    -2.5 }"}, {"given", "{ 1  2 }"}, {"loop", loop}};
+      {"outer", "{ { 5  LOW }    -2.5 }"}, {"given", "{ 1  2 }"}, {"loop", loop},
+      {"twice", "{ 0  {}  {} }"}};
   // clang-format on
   for (const auto& [id, value] : cases) {
     EXPECT_EQ(Utility()->DefaultValue(TypeOf(id)), value) << id;

@@ -190,11 +190,12 @@ class StudioTest : public QObject {
       QTest::mouseClick(Control<QPushButton>(form, "cmdOk"), Qt::LeftButton);
       // Still open, the limit offered in place of the refused value.
       QVERIFY(form->isVisible());
-      QCOMPARE(edit->text(), QString("327.66"));
+      QCOMPARE(edit->text(), QString("30"));
       QTest::mouseClick(Control<QPushButton>(form, "cmdCancel"), Qt::LeftButton);
     });
     DoubleClick(tree, item);
-    QCOMPARE(warning, QString("Warning: The value is greater than 327.66"));
+    // The property's own maximum, not its type's.
+    QCOMPARE(warning, QString("Warning: The value is greater than 30"));
     QCOMPARE(item->text(MainWindow::kValue), QString("21.5 °C"));
     QVERIFY(!window_->isWindowModified());
   }
