@@ -28,8 +28,9 @@ extern thread_local std::shared_ptr<pugi::xml_document> SnvtCatalogDocument;
 // The profile document handed in by the host.
 extern thread_local std::shared_ptr<pugi::xml_document> ProfileDocument;
 
-// Makes document the type catalogue and drops every index built on the previous one. A host
-// that changes a catalogue in place hands it in again.
+// Makes document the type catalogue and drops every index built on the previous one, also when
+// it is the same object. Lookups read a copy taken after the hand-in: a host that changes or
+// reloads a catalogue in place hands it in again to be seen.
 void SetSnvtCatalogDocument(std::shared_ptr<pugi::xml_document> document);
 
 // Counts the catalogues handed in, so that indexes know when to rebuild.

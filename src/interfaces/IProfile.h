@@ -75,7 +75,7 @@ class KOLVANE_API IProfile : public virtual IUnknown {
   virtual std::string IProfile_ExtendedKey() const = 0;
   // Loads a generic item list: children with "Permanent" are properties, the others variables.
   virtual void IProfile_XmlLoad(pugi::xml_node node, const std::shared_ptr<IUnknown>& parent) = 0;
-  // Hands in the type catalogue (always replaced) and the NVO compatibility table.
+  // Hands in the type catalogue (always replaced) and the NVO table; hand in again after editing.
   virtual void Iprofile_SetXmlDomDocs(const std::shared_ptr<pugi::xml_document>& catalogue,
                                       const std::shared_ptr<pugi::xml_document>& nvo_table) = 0;
   // Does nothing.

@@ -16,8 +16,11 @@ namespace {
 constexpr std::string_view kTypePrefix = "SNVT_";
 
 struct CatalogueIndex {
-  // Held so that a replaced document cannot be freed, and its address reused, under the index.
+  // The document handed in, to know when another one is.
   std::shared_ptr<pugi::xml_document> document;
+  // A copy of it, taken on the first lookup after it was handed in: the index points into the
+  // copy, so a host that reloads or edits its own document cannot leave it reading freed nodes.
+  pugi::xml_document copy;
   uint64_t generation = 0;
   bool built = false;
   // Every "SNVTS/SNVT_<id>" element, by identifier, in document order.
@@ -36,9 +39,11 @@ void Build(CatalogueIndex& catalogue, const pugi::xml_document* document) {
   catalogue.identifiers.clear();
   catalogue.states_built = false;
   catalogue.states.Clear();
+  catalogue.copy.reset();
   if (document == nullptr) return;
+  catalogue.copy.reset(*document);
   // Iterative pre-order walk: a deep document must not exhaust the stack.
-  pugi::xml_node node = document->first_child();
+  pugi::xml_node node = catalogue.copy.first_child();
   while (node) {
     if (node.type() == pugi::node_element) {
       std::string_view name = node.name();

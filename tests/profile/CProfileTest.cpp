@@ -383,5 +383,153 @@ TEST_F(CProfileSaveTest, GenericListTakesItemsWithPermanentAsProperties) {
   EXPECT_TRUE(boxes.boxes.empty());
 }
 
+// A host whose yield handler changes the profile at every yield: the walks that yield (load,
+// compatibility rebuild, add, remove, save) go on over what they started with and touch no freed
+// item (the asan preset turns a use after free into a failure).
+using CProfileReentryTest = ProfileFixture;
+
+TEST_F(CProfileReentryTest, HostChangingTheProfileAtEveryYield) {
+  const auto profile = Loaded();
+  const auto nvs = profile->IProfile_NVs();
+  int yields = 0;
+  bool busy = false;
+  const YieldHandler previous = SetYieldHandler([&] {
+    if (busy) return;  // the host's own calls yield too
+    busy = true;
+    ++yields;
+    switch (yields % 4) {
+      case 0:
+        if (nvs->INetworkVariables_Count() > 2) {
+          nvs->INetworkVariables_Remove(nvs->INetworkVariables_NewEnum().front());
+        }
+        break;
+      case 1:
+        profile->Iprofile_AddNetworkItem(2, "temp_p", "nviAdded", 0, nullptr, "");
+        break;
+      case 2:
+        if (const auto last = nvs->INetworkVariables_NewEnum().back()) {
+          last->INetworkVariable_Value("1");
+          last->INetworkVariable_Name("renamed");
+        }
+        break;
+      default:
+        profile->Iprofile_SetXmlDomDocs(catalogue.document, Parsed(kBundledNvoTable, true));
+        break;
+    }
+    busy = false;
+  });
+  profile->Iprofile_RebuildCompatibilityList();
+  Load(profile, kBundledProfile);
+  profile->Iprofile_AddNetworkItem(2, "temp_p", "nviLast", 0, nullptr, "");
+  nvs->INetworkVariables_Remove(nvs->INetworkVariables_NewEnum().front());
+  pugi::xml_document saved;
+  EXPECT_EQ(profile->Iprofile_XmlSaveValue(saved.append_child("Device"), saved), 0);
+  SetYieldHandler(previous);
+  EXPECT_GT(yields, 100);
+  // Every variable left has a list built from the table, and every one was saved.
+  for (const auto& variable : nvs->INetworkVariables_NewEnum()) {
+    EXPECT_NE(variable->INetworkVariable_SNVTCompatibles(), nullptr);
+  }
+  const auto points = saved.select_nodes("//ApPoint");
+  EXPECT_EQ(static_cast<int32_t>(points.size()),
+            nvs->INetworkVariables_Count() + profile->IProfile_NumberCPs());
+}
+
+// A catalogue the host reloads in place, without handing it in again, is not read through stale
+// nodes: lookups keep the copy taken at the hand-in until the document is handed in again.
+TEST_F(CProfileReentryTest, CatalogueReloadedInPlaceIsSeenOnlyWhenHandedInAgain) {
+  const auto document = Parsed(R"(<SNVTS><SNVT_t><TYPE>UnsignedNumeric</TYPE><LENGTH>1</LENGTH>
+      <MAX>9</MAX></SNVT_t></SNVTS>)");
+  Globals::SetSnvtCatalogDocument(document);
+  CSNVTType before;
+  before.Load("t");
+  ASSERT_TRUE(document->load_string(R"(<SNVTS><SNVT_t><TYPE>UnsignedNumeric</TYPE>
+      <LENGTH>2</LENGTH><MAX>99</MAX></SNVT_t><SNVT_u><TYPE>Float</TYPE></SNVT_u></SNVTS>)"));
+  CSNVTType stale;
+  stale.Load("t");
+  CSNVTType missing;
+  missing.Load("u");
+  EXPECT_EQ(stale.ISNVType_Max() + " " + missing.ISNVType_GenType(), "9 ");
+  Globals::SetSnvtCatalogDocument(document);
+  CSNVTType fresh;
+  fresh.Load("t");
+  missing.Load("u");
+  EXPECT_EQ(fresh.ISNVType_Max() + " " + missing.ISNVType_GenType(), "99 Float");
+  // The same holds for a reload before the first lookup and for a document emptied in place.
+  document->reset();
+  Globals::SetSnvtCatalogDocument(document);
+  CSNVTType gone;
+  gone.Load("t");
+  EXPECT_EQ(gone.ISNVType_GenType(), "");
+}
+
+TEST_F(CProfileHostTest, NamesAreCutByCharactersAndKeysPast16BitsRaiseOverflow) {
+  const auto profile = NewProfile();
+  // 20 characters, 23 bytes: a suffix of 2 keeps 18 characters, never half of an "é".
+  const std::string name = "nviTemperatureZonééx";
+  EXPECT_EQ(Add(*profile, 2, "temp_p", name), name + "@P1");
+  EXPECT_EQ(Add(*profile, 2, "temp_p", name), "nviTemperatureZoné_1@P2");
+  EXPECT_EQ(Add(*profile, 2, "temp_p", "nviEinÜberlangerNameMitÄ"), "nviEinÜberlangerName@P3");
+
+  // A key number past 16 bits: error 6, and nothing is added.
+  const auto wide = NewProfile();
+  EXPECT_EQ(Add(*wide, 3, "temp_p", "big", "P40000"), "big@P40000");
+  EXPECT_EQ(ErrorNumberOf([&] { Add(*wide, 2, "temp_p", "next"); }), ErrorNumber::kOverflow);
+  EXPECT_EQ(wide->IProfile_NVs()->INetworkVariables_Count(), 0);
+  // A failed add gives its key to the next one.
+  const auto keyed = NewProfile();
+  EXPECT_EQ(Add(*keyed, 2, "temp_p", "a"), "a@P1");
+  EXPECT_EQ(Add(*keyed, 9, "temp_p", "b"), "null");
+  EXPECT_EQ(Add(*keyed, 2, "temp_p", "c"), "c@P2");
+}
+
+// Many adds with one name: each add is checked against every name (the index kept between adds
+// is updated, not rebuilt), and a rename made by the host between adds is seen.
+TEST_F(CProfileHostTest, UniqueNamesFollowRenamesBetweenAdds) {
+  const auto profile = NewProfile();
+  for (int i = 0; i < 300; ++i) Add(*profile, 3, "temp_p", "x");
+  EXPECT_EQ(Add(*profile, 3, "temp_p", "x"), "x_300@P301");
+  const auto first = CpNamed(*profile, "x");
+  first->IConfigProperty_Name("y");
+  EXPECT_EQ(Add(*profile, 3, "temp_p", "x"), "x@P302");
+  EXPECT_EQ(Add(*profile, 3, "temp_p", "y"), "y_1@P303");
+}
+
+// Nested "Profile" elements: the first Name, NVs and CPs in document order are read, not the
+// first the path steps meet.
+TEST_F(CProfileTest, FirstMatchInDocumentOrder) {
+  const auto profile = Loaded(R"(<Profile>
+      <Profile><Name>Inner</Name><NVs><nviInner Type="temp_p" Direction="In" Key="P1"/></NVs></Profile>
+      <Name>Outer</Name><NVs><nviOuter Type="temp_p" Direction="In" Key="P2"/></NVs>
+    </Profile>)",
+                              false);
+  EXPECT_EQ(profile->IProfile_Name(), "Inner");
+  EXPECT_EQ(profile->IProfile_NVs()->INetworkVariables_Count(), 1);
+  EXPECT_NE(NvNamed(*profile, "nviInner"), nullptr);
+}
+
+// The NVO table: an input is offered an output whose identifier is one character, and a table
+// nested in another element is found as a tag-name lookup finds it.
+TEST_F(CProfileTest, CompatibleListsFromOneCharacterOutputsAndNestedTables) {
+  const auto profile = NewProfile();
+  profile->Iprofile_SetXmlDomDocs(catalogue.document, Parsed(R"(<Tables><NVOTable>
+      <SNVT_5><SNVT_temp_p/></SNVT_5><SNVT_temp_p><SNVT_temp_f/><SNVT_lux/></SNVT_temp_p>
+    </NVOTable></Tables>)"));
+  const auto input = NotNull(std::dynamic_pointer_cast<INetworkVariable>(
+      profile->Iprofile_AddNetworkItem(2, "temp_p", "nviTemp", 0, nullptr, "")));
+  const auto output = NotNull(std::dynamic_pointer_cast<INetworkVariable>(
+      profile->Iprofile_AddNetworkItem(2, "temp_p", "nvoTemp", 1, nullptr, "")));
+  // The listing of outputs walks the root's children, here "NVOTable" itself.
+  EXPECT_EQ(Identifiers(input->INetworkVariable_SNVTCompatibles()), "");
+  EXPECT_EQ(Identifiers(output->INetworkVariable_SNVTCompatibles()), "temp_f,lux");
+
+  profile->Iprofile_SetXmlDomDocs(catalogue.document,
+                                  Parsed("<NVOTable><SNVT_5><SNVT_temp_p/></SNVT_5></NVOTable>"));
+  profile->Iprofile_RebuildCompatibilityList();
+  EXPECT_EQ(Identifiers(input->INetworkVariable_SNVTCompatibles()), "5");
+  EXPECT_TRUE(NotNull(std::dynamic_pointer_cast<ISubItemConnable>(input))
+                  ->ISubItemConnable_IsSNVTCompatible("5"));
+}
+
 }  // namespace
 }  // namespace kolvane::test
