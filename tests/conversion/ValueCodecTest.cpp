@@ -152,5 +152,33 @@ TEST_F(ValueCodecTest, OverridesOfTheItemAndOfNestedFields) {
           states + "</Field></Fields></TypeOverride></ExtendedInfo>");
 }
 
+// An enumeration override without states is a failed record, raised to the caller, and the
+// record is not left half-written in the document; the save goes on with the next item.
+TEST_F(ValueCodecTest, EnumerationOverrideWithoutStatesFailsItsRecord) {
+  auto bare = std::make_shared<CTypeOverride>();
+  bare->ITypeOverride_OverridingType("Enum");
+  codec::PointRecord record;
+  record.key = "P1";
+  record.type_id = "occupancy";
+  record.type_override = bare;
+  pugi::xml_document document;
+  pugi::xml_node points = document.append_child("Points");
+  EXPECT_EQ(ErrorNumberOf([&] { codec::WritePointRecord(document, points, record, false); }),
+            ErrorNumber::kObjectNotSet);
+  EXPECT_EQ(XmlText(points), "<Points/>");
+
+  // Through a profile: that variable's record is skipped, the others are written.
+  ScopedCatalogue bundled(kBundledCatalogue, true);
+  const auto profile = CreateProfile();
+  profile->Iprofile_SetXmlDomDocs(Globals::SnvtCatalogDocument, nullptr);
+  const auto first = profile->IProfile_NVs()->INetworkVariables_AddNV("nviA", 0, "occupancy");
+  profile->IProfile_NVs()->INetworkVariables_AddNV("nviB", 0, "temp_p");
+  std::dynamic_pointer_cast<IOverridableItem>(first)->IOverridableItem_TypeOverride(bare);
+  pugi::xml_document saved;
+  EXPECT_EQ(profile->Iprofile_XmlSaveValue(saved.append_child("Device"), saved), 0);
+  EXPECT_EQ(saved.select_nodes("//ApPoint").size(), 1u);
+  EXPECT_STREQ(saved.select_node("//ApPoint").node().attribute("Name").value(), "nviB");
+}
+
 }  // namespace
 }  // namespace kolvane::test

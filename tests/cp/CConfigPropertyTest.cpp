@@ -310,6 +310,30 @@ TEST_F(CConfigPropertiesTest, AddsFromExportedPointRecord) {
   EXPECT_EQ(exported->Profile(), profile);
 }
 
+// A child without text is a failed read: what an earlier child gave stays.
+TEST_F(CConfigPropertyTest, ChildWithoutTextLeavesWhatWasRead) {
+  const auto set = Add(
+      "<nciSet><SNVTType>temp_p</SNVTType><SNVTType/><Default>5</Default><Value/>"
+      "<Min>1</Min><min></min><Max>9</Max><MAX><!--c--></MAX></nciSet>");
+  EXPECT_EQ(Summary(*set), "temp_p 1..c 5/5");
+  EXPECT_TRUE(boxes.boxes.empty());
+}
+
+// A structured property runs each step of its build under its own guard: two fields of one
+// name stop the field list, but the length, the values read and the keys are still set.
+TEST_F(CConfigPropertyTest, StructureStepsRunEachUnderItsOwnGuard) {
+  ScopedCatalogue twin(BundledCatalogueWith(R"(<SNVT_twin><NAME>twin</NAME><TYPE>Struct</TYPE>
+      <Fields><a>count</a><b>lev_cont</b><a>count</a></Fields></SNVT_twin>)"));
+  const auto property = Add("<nciTwin><SNVTType>twin</SNVTType><a><Value>7</Value></a>"
+                            "<b><Value>50</Value></b></nciTwin>");
+  const auto fields = NotNull(property->IConfigProperty_Fields());
+  EXPECT_EQ(fields->IFields_Count(), 2);
+  EXPECT_EQ(property->IConfigProperty_SNVTType()->ISNVType_Length(), 3);
+  EXPECT_EQ(property->IConfigProperty_Value(), "{ 7  50 }");
+  EXPECT_EQ(property->IConfigProperty_DefaultValue(), "{ 7  50 }");
+  EXPECT_EQ(fields->IFields_Item("b")->IField_GlobalKey(), property->IConfigProperty_GlobalKey() + "\\b");
+}
+
 constexpr char kScheduleEditor[] = "Brask.Ondo.UI.SchedulerEditor.SchedulerFace";
 
 // Acts as the user of the schedule editor: keeps what it is handed, answers `reply`.
@@ -391,15 +415,22 @@ TEST_F(ScheduleEditorTest, EditorRoundTripsPlainAndStructuredValues) {
   EXPECT_EQ(schedule->IConfigProperty_Value(), "{ 7  OC_STANDBY }");
   EXPECT_EQ(schedule->IConfigProperty_RawValue(), "000703");
 
+  // Returned fields go to the fields of the same names only: "2" names none, and is not field 2.
+  editor->reply = R"(<FIELD Name="nciSched" Type="SNVT_40070"><FIELDS>)"
+                  R"(<FIELD Name="2" Value="OC_OCCUPIED"/><FIELD Name="start" Value="9"/>)"
+                  R"(</FIELDS></FIELD>)";
+  schedule->IConfigProperty_SetValue();
+  EXPECT_EQ(schedule->IConfigProperty_Value(), "{ 9  OC_STANDBY }");
+
   // A reply that is no XML changes nothing.
   editor->reply = "<FIELD Name=";
   schedule->IConfigProperty_SetValue();
   plain->IConfigProperty_SetValue();
-  EXPECT_EQ(schedule->IConfigProperty_Value(), "{ 7  OC_STANDBY }");
+  EXPECT_EQ(schedule->IConfigProperty_Value(), "{ 9  OC_STANDBY }");
   EXPECT_EQ(plain->IConfigProperty_Value(), "34");
 
   other->IConfigProperty_SetValue();
-  EXPECT_EQ(created, 4);
+  EXPECT_EQ(created, 5);
   EXPECT_TRUE(boxes.boxes.empty());
   EXPECT_EQ(forms.host->captions, std::vector<std::string>{"Structure Value"});
 }

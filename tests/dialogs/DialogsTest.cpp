@@ -86,6 +86,28 @@ TEST_F(DialogsTest, NumericDialogShowsTheValueChecksTheRangeAndWrites) {
   EXPECT_FALSE(Open<frmCPModif1>(NewCP("temp_f", "1.5"))->chkInvalid.Enabled);
 }
 
+// A property's own bounds are its type object's: the dialog shows and checks them, not the
+// catalogue's limits of the type.
+TEST_F(DialogsTest, NumericDialogChecksAPropertysOwnBounds) {
+  const auto set = NotNull(std::dynamic_pointer_cast<IConfigProperty>(properties.IConfigProperties_AddCP(
+      "nciSetpoint", nullptr,
+      Element("<nciSetpoint><SNVTType>temp_p</SNVTType><Default>21.5</Default><Min>10</Min>"
+              "<Max>30</Max></nciSetpoint>"))));
+  Then<frmCPModif1>([&](frmCPModif1& d) {
+    EXPECT_EQ(Strings({d.lblMin.Caption, d.lblMax.Caption}), Strings({"10", "30"}));
+    d.txtNewCPValue.Text = "35";
+    d.cmdOk_Click();
+    EXPECT_EQ(boxes.boxes, Boxes({{"The value is greater than 30", vbExclamation, "Warning"}}));
+    EXPECT_EQ(tuple(d.Loaded(), d.txtNewCPValue.Text), tuple(true, "30"));
+    d.txtNewCPValue.Text = "9.5";
+    d.cmdOk_Click();
+    EXPECT_EQ(d.txtNewCPValue.Text, "10");
+    d.cmdCancel_Click();
+  });
+  set->IConfigProperty_SetValue();
+  EXPECT_EQ(set->IConfigProperty_Value(), "21.5");
+}
+
 TEST_F(DialogsTest, NumericKeyFilterAndWellFormedNumbers) {
   const auto d = Open<frmCPModif1>(NewCP("temp_p", "21.5"));
   // The whole text selected: Escape and "+" pass.
@@ -153,6 +175,16 @@ TEST_F(DialogsTest, TextDialogCutsBlanksBackspaceEscapeAndEnter) {
   });
   cp->IConfigProperty_SetValue();
   EXPECT_EQ(cp->IConfigProperty_Value(), "Hello_x");
+
+  // Setting the stored text on load raises Change: an over-long one is cut, with the message.
+  boxes.boxes.clear();
+  cp->IConfigProperty_Value("0123456789abcdefghijklmnopqrstuvwxyz");
+  Then<frmCPModif2>([&](frmCPModif2& d) {
+    EXPECT_EQ(boxes.boxes, Boxes({{"The text cannot exceed 30 characters", 48, "Name too long"}}));
+    EXPECT_EQ(Shown(d.txtNewCPValue), tuple("0123456789abcdefghijklmnopqrst", 0, 30, true));
+    d.cmdCancel_Click();
+  });
+  cp->IConfigProperty_SetValue();
 }
 
 // Bug (last line): the property keeps its editor and SelectedState() is never reset, so OK
@@ -267,6 +299,17 @@ TEST_F(DialogsTest, ProgramIdDialogTakesSixteenHexDigits) {
   Then<frmNewPID>([](frmNewPID& d) { d.Command1_Click(); });
   pid.Show();
   EXPECT_EQ(pid.ProgramID(), "");
+
+  // A starting identifier runs the change rule on load: blanks go, and at 16 digits OK is
+  // enabled and has the focus.
+  pid.ProgramID("  9FFFFF0A0B040401");
+  Then<frmNewPID>([](frmNewPID& d) {
+    EXPECT_EQ(tuple(d.txtNid.Text, d.cmdOk.Enabled, d.ActiveControl),
+              tuple("9FFFFF0A0B040401", true, "cmdOk"));
+    d.cmdOk_Click();
+  });
+  pid.Show();
+  EXPECT_EQ(pid.ProgramID(), "9FFFFF0A0B040401");
 }
 
 }  // namespace

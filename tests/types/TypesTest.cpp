@@ -154,6 +154,17 @@ TEST(StatesTest, StatesAreKeyedByTheirValue) {
   EXPECT_EQ(states.IStates_ToString(), "(0,OFF);(7,SEVEN);(-1,NUL);(-32768,LOW)");
 }
 
+// The count is 16-bit: a set of more states than that holds raises overflow, not a wrapped count.
+TEST(StatesTest, CountPast16BitsRaisesOverflow) {
+  CStates states;
+  for (int32_t value = INT16_MIN; value <= INT16_MAX; ++value) {
+    std::shared_ptr<iState> state = StateOf(static_cast<int16_t>(value), "S");
+    states.IStates_Add(state);
+    if (value == INT16_MIN + 32766) EXPECT_EQ(states.IStates_Count(), 32767);
+  }
+  EXPECT_EQ(ErrorNumberOf([&] { states.IStates_Count(); }), ErrorNumber::kOverflow);
+}
+
 std::shared_ptr<CNVOCompatibleSNVTs> ListOf(const std::string& text) {
   auto list = std::make_shared<CNVOCompatibleSNVTs>();
   list->ICompatibleSNVTs_Add(text);
