@@ -192,6 +192,48 @@ void BM_ProfileWriteSavedXml(benchmark::State& state) {
   Finish(state);
 }
 
+// One input whose type count outputs list (an NVO table of count outputs), loaded with its
+// compatible list: the list's building must grow linearly with its length.
+void BM_ProfileWideCompatibleList(benchmark::State& state) {
+  const int count = static_cast<int>(state.range(0));
+  std::string table = "<NVOTable>";
+  for (int i = 0; i < count; ++i) {
+    table += "<SNVT_out" + std::to_string(i) + "><SNVT_temp_p/></SNVT_out" + std::to_string(i) + ">";
+  }
+  const auto nvo_table = Parsed(table + "</NVOTable>");
+  const auto document = Parsed(
+      "<Profile><Name>Wide</Name><NVs><nviTemp Type=\"temp_p\" Direction=\"In\" Key=\"P1\"/>"
+      "</NVs></Profile>");
+  for (auto _ : state) {
+    auto profile = CreateProfile();
+    profile->Iprofile_SetXmlDomDocs(Env().catalogue, nvo_table);
+    std::string name;
+    profile->IProfile_FriendSet(document, name, nullptr, Env().catalogue, nvo_table, "");
+    benchmark::DoNotOptimize(profile->IProfile_NVs()
+                                 ->INetworkVariables_Item("1")
+                                 ->INetworkVariable_SNVTCompatibles()
+                                 ->ICompatibleSNVTs_Count());
+  }
+  Finish(state);
+}
+
+// count items added one by one under one name: each gets a unique name ("x_1", "x_2", ...).
+void BM_ProfileAddItems(benchmark::State& state) {
+  const int count = static_cast<int>(state.range(0));
+  for (auto _ : state) {
+    auto profile = CreateProfile();
+    profile->Iprofile_SetXmlDomDocs(Env().catalogue, Env().nvo_table);
+    for (int i = 0; i < count; ++i) {
+      profile->Iprofile_AddNetworkItem(3, "temp_p", "x", 0, nullptr, "");
+    }
+    benchmark::DoNotOptimize(profile->IProfile_NumberCPs());
+  }
+  Finish(state);
+}
+
+BENCHMARK(BM_ProfileWideCompatibleList)->Arg(1000)->Arg(5000)->Arg(10000)->Unit(benchmark::kMillisecond)->Complexity();
+BENCHMARK(BM_ProfileAddItems)->Arg(1000)->Arg(5000)->Arg(10000)->Unit(benchmark::kMillisecond)->Complexity();
+
 // Small sizes repeat for a stable figure; one round of the largest takes seconds already.
 #define PROFILE_BENCHMARK(...)                                                  \
   BENCHMARK(__VA_ARGS__)->Arg(1000)->Arg(10000)->Unit(benchmark::kMillisecond); \

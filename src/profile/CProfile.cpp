@@ -257,10 +257,14 @@ std::string CProfile::UniqueName(const std::string& name) const {
   };
   std::string suffix;
   std::string candidate = name;
-  for (int32_t n = 1; taken.count(candidate) != 0; ++n) {
+  // Suffixes below the one found last time for this name are still taken while the index lives
+  // (names were only added since), so the search goes on from there.
+  int32_t& next = next_suffix_[name];
+  for (int32_t n = std::max(next, 1); taken.count(candidate) != 0; ++n) {
     if (n > std::numeric_limits<int16_t>::max()) RaiseError(ErrorNumber::kOverflow, name);
     suffix = "_" + std::to_string(n);
     candidate = cut(suffix);
+    next = n;
   }
   return cut(suffix);
 }
@@ -268,6 +272,7 @@ std::string CProfile::UniqueName(const std::string& name) const {
 const std::unordered_set<std::string>& CProfile::ItemNames() const {
   if (names_stamp_ != internal::ItemNamesStamp() || !names_valid_) {
     names_.clear();
+    next_suffix_.clear();
     for (const auto& entry : nvs_->Items()) names_.insert(entry.item->INetworkVariable_Name());
     for (const auto& entry : cps_->Items()) names_.insert(entry.item->IConfigProperty_Name());
     names_stamp_ = internal::ItemNamesStamp();

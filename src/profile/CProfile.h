@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <memory>
 #include <string>
+#include <unordered_map>
 #include <unordered_set>
 
 #include <pugixml.hpp>
@@ -100,6 +101,7 @@ class CProfile final : public IProfile,
   std::shared_ptr<const internal::NvoTable> nvo_index_;
   mutable std::unordered_set<std::string> names_;
   mutable uint64_t names_stamp_ = 0;
+  mutable std::unordered_map<std::string, int32_t> next_suffix_;
   mutable bool names_valid_ = false;
   bool compatibility_rebuilt_ = false;
   int16_t last_point_key_ = -1;

@@ -493,6 +493,10 @@ TEST_F(CProfileHostTest, UniqueNamesFollowRenamesBetweenAdds) {
   first->IConfigProperty_Name("y");
   EXPECT_EQ(Add(*profile, 3, "temp_p", "x"), "x@P302");
   EXPECT_EQ(Add(*profile, 3, "temp_p", "y"), "y_1@P303");
+  EXPECT_EQ(Add(*profile, 3, "temp_p", "x"), "x_301@P304");
+  // A removal frees a suffix again.
+  profile->IProfile_CPs()->IConfigProperties_Remove(CpNamed(*profile, "x_7"));
+  EXPECT_EQ(Add(*profile, 3, "temp_p", "x"), "x_7@P305");
 }
 
 // Nested "Profile" elements: the first Name, NVs and CPs in document order are read, not the
