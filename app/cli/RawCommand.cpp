@@ -27,7 +27,8 @@ int RunRaw(const RawOptions& options, std::ostream& out, std::ostream& err) {
   }
   std::string raw;
   try {
-    SNVTDataConversion::internal::AppendValueToRaw(raw, options.value, kind, type.ISNVType_Length(),
+    SNVTDataConversion::internal::AppendValueToRaw(raw, options.value, type.Kind(),
+                                                   type.ISNVType_Length(),
                                                    static_cast<int16_t>(type.ISNVType_ACoef()),
                                                    static_cast<int16_t>(type.ISNVType_BCoef()),
                                                    static_cast<int16_t>(type.ISNVType_CCoef()));

@@ -13,6 +13,7 @@
 #include "foundation/HostServices.h"
 #include "foundation/Numbers.h"
 #include "interfaces/IUtility.h"
+#include "types/CSNVTType.h"
 
 namespace kolvane::SNVTDataConversion {
 
@@ -37,13 +38,13 @@ std::string SingleToText(double number) {
 void AppendByte(std::string& out, int32_t value) { out += Globals::ByteToHex(value); }
 
 // Hex digits of count bytes of a number of a numeric or bit-field kind.
-void AppendInteger(std::string& out, double number, int32_t count, const std::string& kind) {
+void AppendInteger(std::string& out, double number, int32_t count, TypeKind kind) {
   switch (count) {
     case 1:
       AppendByte(out, RoundToInt32(number));
       break;
     case 2:
-      if (kind == "SignedNumeric") {
+      if (kind == TypeKind::kSignedNumeric) {
         const int16_t n = RoundToInt16(number);
         std::array<uint8_t, 32> memory{};
         std::array<uint8_t, 32> swapped{};
@@ -87,19 +88,28 @@ void AppendFloat(std::string& out, double number) {
 }
 
 // NumberToHexBytes, raising the error it meets.
-void AppendHexBytes(std::string& out, const std::string& text, int32_t count,
-                    const std::string& kind) {
+void AppendHexBytes(std::string& out, const std::string& text, int32_t count, TypeKind kind) {
   if (count < 0 || count > 255) RaiseError(ErrorNumber::kOverflow, "byte count");
   double number = 0;
   ContinueOnError([&] { number = ReadNumber(text); });
-  if (kind == "Textual") {
-    for (unsigned char code : AnsiCodes(text)) AppendByte(out, code);
-  } else if (kind == "SignedNumeric" || kind == "UnsignedNumeric" || kind == "Bitfield") {
-    AppendInteger(out, number, count, kind);
-  } else if (kind == "Float") {
-    AppendFloat(out, number);
-  } else if (kind == "Enum") {
-    AppendByte(out, RoundToInt32(number));
+  switch (kind) {
+    case TypeKind::kTextual:
+      for (unsigned char code : AnsiCodes(text)) AppendByte(out, code);
+      return;
+    case TypeKind::kSignedNumeric:
+    case TypeKind::kUnsignedNumeric:
+    case TypeKind::kBitfield:
+      AppendInteger(out, number, count, kind);
+      return;
+    case TypeKind::kFloat:
+      AppendFloat(out, number);
+      return;
+    case TypeKind::kEnum:
+      AppendByte(out, RoundToInt32(number));
+      return;
+    case TypeKind::kStruct:
+    case TypeKind::kUnknown:
+      return;
   }
 }
 
@@ -137,59 +147,96 @@ void SwapBytePairs(const std::array<uint8_t, 32>& source, std::array<uint8_t, 32
 
 std::string NumberToHexBytes(const std::string& text, int32_t count, const std::string& kind) {
   std::string out;
-  ContinueOnError([&] { AppendHexBytes(out, text, count, kind); });
+  ContinueOnError([&] { AppendHexBytes(out, text, count, ParseTypeKind(kind)); });
   return out;
 }
 
 std::string ValueToRaw(const std::string& value, const std::string& kind, int32_t length, int16_t a,
                        int16_t b, int16_t c) {
   std::string raw;
-  ContinueOnError([&] { internal::AppendValueToRaw(raw, value, kind, length, a, b, c); });
+  ContinueOnError(
+      [&] { internal::AppendValueToRaw(raw, value, ParseTypeKind(kind), length, a, b, c); });
   return raw;
 }
 
 std::string TypedValueToRaw(const std::string& value, const ISNVType& type) {
-  return ValueToRaw(value, type.ISNVType_GenType(), type.ISNVType_Length(),
-                    RoundToInt16(type.ISNVType_ACoef()), RoundToInt16(type.ISNVType_BCoef()),
-                    RoundToInt16(type.ISNVType_CCoef()));
+  const int16_t a = RoundToInt16(type.ISNVType_ACoef());
+  const int16_t b = RoundToInt16(type.ISNVType_BCoef());
+  const int16_t c = RoundToInt16(type.ISNVType_CCoef());
+  std::string raw;
+  ContinueOnError([&] {
+    internal::AppendValueToRaw(raw, value, KindOf(type), type.ISNVType_Length(), a, b, c);
+  });
+  return raw;
 }
 
-void internal::AppendValueToRaw(std::string& raw, const std::string& value, const std::string& kind,
+namespace {
+
+// The raw pattern an "Invalid" value takes, empty for a kind that has none.
+std::string InvalidPattern(TypeKind kind, int32_t length) {
+  switch (kind) {
+    case TypeKind::kSignedNumeric:
+      return length == 1 ? "7F" : "7FFF";
+    case TypeKind::kUnsignedNumeric:
+      return length == 1 ? "FF" : "FFFF";
+    case TypeKind::kFloat:
+      return "7F810000";
+    case TypeKind::kBitfield:
+    case TypeKind::kEnum:
+    case TypeKind::kTextual:
+    case TypeKind::kStruct:
+    case TypeKind::kUnknown:
+      return "";
+  }
+  return "";
+}
+
+}  // namespace
+
+void internal::AppendValueToRaw(std::string& raw, const std::string& value, TypeKind kind,
                                 int32_t length, int16_t a, int16_t b, int16_t c) {
-  if (kind == "Textual") {
-    if (length < 1) RaiseError(ErrorNumber::kInvalidProcedureCall, "text length");
-    const auto room = static_cast<size_t>(length - 1);
-    std::string text(LeftCharacters(value, room));
-    text.append(room - CharacterCount(text), ' ');
-    AppendHexBytes(raw, text, length - 1, kind);
-    raw += "00";
-  } else if (kind == "SignedNumeric" || kind == "UnsignedNumeric") {
-    if (value == "Invalid") {
-      if (kind == "SignedNumeric") {
-        raw += length == 1 ? "7F" : "7FFF";
-      } else {
-        raw += length == 1 ? "FF" : "FFFF";
+  switch (kind) {
+    case TypeKind::kTextual: {
+      if (length < 1) RaiseError(ErrorNumber::kInvalidProcedureCall, "text length");
+      const auto room = static_cast<size_t>(length - 1);
+      std::string text(LeftCharacters(value, room));
+      text.append(room - CharacterCount(text), ' ');
+      AppendHexBytes(raw, text, length - 1, kind);
+      raw += "00";
+      return;
+    }
+    case TypeKind::kSignedNumeric:
+    case TypeKind::kUnsignedNumeric: {
+      if (value == "Invalid") {
+        raw += InvalidPattern(kind, length);
+        return;
       }
+      std::string scaled = "0";
+      if (a != 0) {
+        const double number = ReadNumber(NormalizeDecimal(value.empty() ? "0" : value));
+        const double raw_number = number * std::pow(10.0, -b) / a - c;
+        scaled = SingleToText(raw_number);
+      }
+      AppendHexBytes(raw, scaled, length, kind);
       return;
     }
-    std::string scaled = "0";
-    if (a != 0) {
-      const double number = ReadNumber(NormalizeDecimal(value.empty() ? "0" : value));
-      const double raw_number = number * std::pow(10.0, -b) / a - c;
-      scaled = SingleToText(raw_number);
-    }
-    AppendHexBytes(raw, scaled, length, kind);
-  } else if (kind == "Float") {
-    if (value.empty() || value == "Invalid") {
-      raw += "7F810000";
+    case TypeKind::kFloat:
+      if (value.empty() || value == "Invalid") {
+        raw += InvalidPattern(kind, length);
+        return;
+      }
+      AppendHexBytes(raw, NormalizeDecimal(value), 4, kind);
+      return;
+    case TypeKind::kEnum: {
+      auto utility = CreateObjectAs<IUtility>(kUtilityProgId);
+      AppendHexBytes(raw, std::to_string(utility->EnumStateNumber(value)), 1, kind);
       return;
     }
-    AppendHexBytes(raw, NormalizeDecimal(value), 4, kind);
-  } else if (kind == "Enum") {
-    auto utility = CreateObjectAs<IUtility>(kUtilityProgId);
-    AppendHexBytes(raw, std::to_string(utility->EnumStateNumber(value)), 1, kind);
-  } else {
-    AppendHexBytes(raw, NormalizeDecimal(value), length, kind);
+    case TypeKind::kBitfield:
+    case TypeKind::kStruct:
+    case TypeKind::kUnknown:
+      AppendHexBytes(raw, NormalizeDecimal(value), length, kind);
+      return;
   }
 }
 

@@ -5,6 +5,7 @@
 #include <string>
 
 #include "interfaces/ISNVType.h"
+#include "types/TypeKind.h"
 
 // Value texts to the raw bytes a device holds, written as upper-case hexadecimal text (two digits
 // per byte, most significant first), and the decimal-separator handling of number texts. No state
@@ -42,8 +43,8 @@ void SwapBytePairs(const std::array<uint8_t, 32>& source, std::array<uint8_t, 32
 namespace internal {
 
 // ValueToRaw that raises the error it meets; raw holds what was built until then.
-void AppendValueToRaw(std::string& raw, const std::string& value, const std::string& kind,
-                      int32_t length, int16_t a, int16_t b, int16_t c);
+void AppendValueToRaw(std::string& raw, const std::string& value, TypeKind kind, int32_t length,
+                      int16_t a, int16_t b, int16_t c);
 
 }  // namespace internal
 }  // namespace kolvane::SNVTDataConversion

@@ -6,6 +6,7 @@
 #include "foundation/Numbers.h"
 #include "foundation/Text.h"
 #include "foundation/mXML.h"
+#include "types/CSNVTType.h"
 #include "types/SnvtCatalogue.h"
 
 namespace kolvane::codec {
@@ -13,11 +14,6 @@ namespace kolvane::codec {
 namespace {
 
 using SNVTDataConversion::LocalizeNumber;
-
-const ISNVType& TypeOf(const ItemTexts& item) {
-  if (!item.type) RaiseError(ErrorNumber::kObjectNotSet, "the item has no type");
-  return *item.type;
-}
 
 IUnitConverter& ConverterOf(const ItemTexts& item) {
   if (!item.converter) RaiseError(ErrorNumber::kObjectNotSet, "the item has no units converter");
@@ -29,9 +25,20 @@ const IFields& FieldsOf(const ItemTexts& item) {
   return *item.fields;
 }
 
+// The kind the rules branch on. An item without a type fails; a field without one shows its
+// texts as text.
+TypeKind KindOf(const ItemTexts& item, Holder holder) {
+  if (item.type) return kolvane::KindOf(*item.type);
+  if (holder == Holder::kField) return TypeKind::kUnknown;
+  RaiseError(ErrorNumber::kObjectNotSet, "the item has no type");
+}
+
 std::string Trimmed(const std::string& text) { return std::string(TrimBlanks(text)); }
 
-std::string TrimmedStructure(const ItemTexts& item, const FieldText& text) {
+// A structure's text from its fields, for an item trimmed; a field without a field collection
+// falls back to otherwise (the structure is then shown as text).
+std::string Structure(const ItemTexts& item, Holder holder, const FieldText& text) {
+  if (holder == Holder::kField && !item.fields) return Trimmed(item.value);
   return Trimmed(StructureText(FieldsOf(item), text));
 }
 
@@ -41,9 +48,7 @@ void SetAttribute(pugi::xml_node element, const char* name, const std::string& v
 
 }  // namespace
 
-bool IsNumericKind(const std::string& kind) {
-  return kind == "Float" || kind == "SignedNumeric" || kind == "UnsignedNumeric";
-}
+bool IsNumericKind(const std::string& kind) { return IsNumeric(ParseTypeKind(kind)); }
 
 std::string StructureText(const IFields& fields, const FieldText& text) {
   std::string out = "{";
@@ -73,55 +78,102 @@ std::string LimitInDisplayUnits(IUnitConverter& converter, const std::string& ty
   return limit + " " + converter.DisplayUnits(type_id);
 }
 
-std::string PlainValue(const ItemTexts& item) {
-  const std::string kind = TypeOf(item).ISNVType_GenType();
-  if (kind == "Enum") return item.value;
-  if (IsNumericKind(kind)) return LocalizeNumber(item.value);
-  if (kind == "Struct") {
-    return TrimmedStructure(item, [](const IField& field) { return field.IField_Value(); });
+std::string PlainValue(const ItemTexts& item, Holder holder) {
+  switch (KindOf(item, holder)) {
+    case TypeKind::kEnum:
+      return item.value;
+    case TypeKind::kSignedNumeric:
+    case TypeKind::kUnsignedNumeric:
+    case TypeKind::kFloat:
+      return LocalizeNumber(item.value);
+    case TypeKind::kStruct:
+      if (holder == Holder::kField) {
+        // A field's structure text is not trimmed.
+        if (!item.fields) return Trimmed(item.value);
+        return StructureText(*item.fields, [](const IField& field) { return field.IField_Value(); });
+      }
+      return Structure(item, holder, [](const IField& field) { return field.IField_Value(); });
+    case TypeKind::kBitfield:
+    case TypeKind::kTextual:
+    case TypeKind::kUnknown:
+      // A field's text is not localised.
+      return Trimmed(holder == Holder::kItem ? LocalizeNumber(item.value) : item.value);
   }
-  return Trimmed(LocalizeNumber(item.value));
+  return "";
 }
 
-std::string DisplayValue(const ItemTexts& item) {
-  const ISNVType& type = TypeOf(item);
-  const std::string kind = type.ISNVType_GenType();
-  if (kind == "Enum") return item.value;
-  if (IsNumericKind(kind)) {
-    if (item.value == "Invalid") return "Invalid";
-    return NumberInDisplayUnits(ConverterOf(item), type.ISNVType_ID(), item.value);
+std::string DisplayValue(const ItemTexts& item, Holder holder) {
+  const TypeKind kind = KindOf(item, holder);
+  switch (kind) {
+    case TypeKind::kEnum:
+      return item.value;
+    case TypeKind::kSignedNumeric:
+    case TypeKind::kUnsignedNumeric:
+    case TypeKind::kFloat:
+      // An item shows "Invalid" as it is; a field converts whatever it holds.
+      if (holder == Holder::kItem && item.value == "Invalid") return "Invalid";
+      return NumberInDisplayUnits(ConverterOf(item), item.type->ISNVType_ID(), item.value);
+    case TypeKind::kStruct:
+      return Structure(item, holder, [](const IField& field) { return field.IField_DispValue(); });
+    case TypeKind::kBitfield:
+    case TypeKind::kTextual:
+    case TypeKind::kUnknown:
+      return Trimmed(holder == Holder::kItem ? LocalizeNumber(item.value) : item.value);
   }
-  if (kind == "Struct") {
-    return TrimmedStructure(item, [](const IField& field) { return field.IField_DispValue(); });
-  }
-  return Trimmed(LocalizeNumber(item.value));
+  return "";
 }
 
-std::string DisplayDefault(const ItemTexts& item) {
-  const ISNVType& type = TypeOf(item);
-  const std::string kind = type.ISNVType_GenType();
-  if (kind == "Enum") {
-    return SNVTDataConversion::EnumStateName(LocalizeNumber(item.default_value),
-                                             type.ISNVType_EnumDesc());
+std::string DisplayDefault(const ItemTexts& item, Holder holder) {
+  switch (KindOf(item, holder)) {
+    case TypeKind::kEnum:
+      return SNVTDataConversion::EnumStateName(
+          holder == Holder::kItem ? LocalizeNumber(item.default_value) : item.default_value,
+          item.type->ISNVType_EnumDesc());
+    case TypeKind::kSignedNumeric:
+    case TypeKind::kUnsignedNumeric:
+    case TypeKind::kFloat:
+      return NumberInTypeUnits(*item.type, item.default_value);
+    case TypeKind::kStruct:
+      if (holder == Holder::kField && !item.fields) return Trimmed(item.default_value);
+      return Structure(item, holder,
+                       [](const IField& field) { return field.IField_DispDefault(); });
+    case TypeKind::kBitfield:
+    case TypeKind::kTextual:
+    case TypeKind::kUnknown:
+      return Trimmed(holder == Holder::kItem ? LocalizeNumber(item.default_value)
+                                             : item.default_value);
   }
-  if (IsNumericKind(kind)) return NumberInTypeUnits(type, item.default_value);
-  if (kind == "Struct") {
-    return TrimmedStructure(item, [](const IField& field) { return field.IField_DispDefault(); });
-  }
-  return Trimmed(LocalizeNumber(item.default_value));
+  return "";
 }
 
-std::string DisplayLimit(const ItemTexts& item, bool maximum) {
-  const ISNVType& type = TypeOf(item);
-  const std::string kind = type.ISNVType_GenType();
-  if (IsNumericKind(kind))
-    return LimitInDisplayUnits(ConverterOf(item), type.ISNVType_ID(), maximum);
-  if (kind == "Struct") {
-    return TrimmedStructure(item, [maximum](const IField& field) {
-      return maximum ? field.IField_DispMax() : field.IField_DispMin();
-    });
+std::string DisplayLimit(const ItemTexts& item, bool maximum, Holder holder) {
+  const TypeKind kind = KindOf(item, holder);
+  switch (kind) {
+    case TypeKind::kSignedNumeric:
+    case TypeKind::kUnsignedNumeric:
+    case TypeKind::kFloat:
+      return LimitInDisplayUnits(ConverterOf(item), item.type->ISNVType_ID(), maximum);
+    case TypeKind::kStruct:
+      if (holder == Holder::kItem) {
+        return Structure(item, holder, [maximum](const IField& field) {
+          return maximum ? field.IField_DispMax() : field.IField_DispMin();
+        });
+      }
+      break;
+    case TypeKind::kEnum:
+    case TypeKind::kBitfield:
+    case TypeKind::kTextual:
+    case TypeKind::kUnknown:
+      break;
   }
-  return Trimmed(LocalizeNumber(maximum ? item.maximum : item.minimum));
+  if (holder == Holder::kItem) return Trimmed(LocalizeNumber(maximum ? item.maximum : item.minimum));
+  // A field shows its type's own limit: an enumeration's as a state name, others localised.
+  if (!item.type) return "";
+  const std::string limit = maximum ? item.type->ISNVType_Max() : item.type->ISNVType_Min();
+  if (kind == TypeKind::kEnum) {
+    return SNVTDataConversion::EnumStateName(limit, item.type->ISNVType_EnumDesc());
+  }
+  return LocalizeNumber(limit);
 }
 
 namespace {

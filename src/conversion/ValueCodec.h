@@ -54,17 +54,26 @@ struct ItemTexts {
   std::shared_ptr<IUnitConverter> converter;
 };
 
+// Whose texts the rules make: a network variable's or configuration property's, or a field's.
+// The two differ in a few places (a field's texts are not localised, a field's structure value
+// is not trimmed, a field shows its type's own limits); each rule says where.
+enum class Holder { kItem, kField };
+
 // Plain value text: an enumeration as stored, a structure from its fields' values, anything
-// else localised (and trimmed unless numeric). Error 91 when the type or a needed converter or
-// field collection is missing.
-std::string PlainValue(const ItemTexts& item);
-// Display text of the value: numbers in display units with their unit ("Invalid" stays as is).
-std::string DisplayValue(const ItemTexts& item);
+// else localised (and trimmed unless numeric). Error 91 when an item's type or a needed
+// converter or field collection is missing.
+std::string PlainValue(const ItemTexts& item, Holder holder = Holder::kItem);
+
+// Display text of the value: numbers in display units with their unit (an item's "Invalid"
+// stays as is).
+std::string DisplayValue(const ItemTexts& item, Holder holder = Holder::kItem);
+
 // Display text of the default: an enumeration's state name, numbers in the type's own unit.
-std::string DisplayDefault(const ItemTexts& item);
-// Display text of the minimum (maximum): the type's limit in display units for numbers, the
-// item's own limit text for every other kind but a structure.
-std::string DisplayLimit(const ItemTexts& item, bool maximum);
+std::string DisplayDefault(const ItemTexts& item, Holder holder = Holder::kItem);
+
+// Display text of the minimum (maximum): the type's limit in display units for numbers; an
+// item's own limit text for every other kind but a structure, a field's type limit.
+std::string DisplayLimit(const ItemTexts& item, bool maximum, Holder holder = Holder::kItem);
 
 // The default, minimum and maximum texts an item's records carry: a structure's gathered from its
 // fields (values and type limits), else the texts given.

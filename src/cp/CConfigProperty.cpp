@@ -24,7 +24,6 @@ namespace kolvane {
 
 namespace {
 
-constexpr int32_t kItemType = 3;
 constexpr char kScheduleEditor[] = "Brask.Ondo.UI.SchedulerEditor.SchedulerFace";
 constexpr const char* kScheduleTypes[] = {"40050", "40051", "40060", "40061", "40070"};
 
@@ -43,7 +42,7 @@ void AppendExchangeField(pugi::xml_node parent, const std::string& name, const I
   pugi::xml_node field = parent.append_child("FIELD");
   field.append_attribute("Name").set_value(name.c_str());
   field.append_attribute("Type").set_value(("SNVT_" + type.ISNVType_Name()).c_str());
-  if (type.ISNVType_GenType() != "Struct") {
+  if (KindOf(type) != TypeKind::kStruct) {
     field.append_attribute("Value").set_value(value.c_str());
     return;
   }
@@ -67,7 +66,7 @@ void CConfigProperty::IConfigProperty_Name(const std::string& value) {
   internal::ItemNamesChanged();
 }
 
-std::string CConfigProperty::IConfigProperty_Value() const { return codec::PlainValue(Texts()); }
+std::string CConfigProperty::IConfigProperty_Value() const { return codec::PlainValue(PropertyTexts()); }
 
 void CConfigProperty::IConfigProperty_Value(const std::string& value) {
   value_ = value;
@@ -75,30 +74,26 @@ void CConfigProperty::IConfigProperty_Value(const std::string& value) {
 }
 
 std::string CConfigProperty::IConfigProperty_DispValue() const {
-  return codec::DisplayValue(Texts());
+  return codec::DisplayValue(PropertyTexts());
 }
 
 std::string CConfigProperty::IConfigProperty_DispDefault() const {
-  return codec::DisplayDefault(Texts());
+  return codec::DisplayDefault(PropertyTexts());
 }
 
 std::string CConfigProperty::IConfigProperty_DispMin() const {
-  return codec::DisplayLimit(Texts(), false);
+  return codec::DisplayLimit(PropertyTexts(), false);
 }
 
 std::string CConfigProperty::IConfigProperty_DispMax() const {
-  return codec::DisplayLimit(Texts(), true);
+  return codec::DisplayLimit(PropertyTexts(), true);
 }
 
 std::string CConfigProperty::IConfigProperty_DefaultValue() const { return default_value_; }
 std::string CConfigProperty::IConfigProperty_RefValue() const { return ref_value_; }
 void CConfigProperty::IConfigProperty_RefValue(const std::string& value) { ref_value_ = value; }
 
-std::string CConfigProperty::IConfigProperty_RawValue() const {
-  if (fields_) return fields_->RawText();
-  if (!type_) RaiseError(ErrorNumber::kObjectNotSet, "the property has no type");
-  return SNVTDataConversion::TypedValueToRaw(value_, *type_);
-}
+std::string CConfigProperty::IConfigProperty_RawValue() const { return RawText(); }
 
 void CConfigProperty::IConfigProperty_SetValue() {
   if (type_ && IsScheduleType(type_->ISNVType_ID())) {
@@ -166,53 +161,21 @@ bool CConfigProperty::IConfigProperty_IsConnected() const {
 }
 
 bool CConfigProperty::IConfigProperty_IsArrayForFW() const {
-  return type_ && type_->ISNVType_GenType() == "Struct" && IsUserTypeId(type_->ISNVType_ID());
+  return Kind() == TypeKind::kStruct && IsUserTypeId(type_->ISNVType_ID());
 }
 
 bool CConfigProperty::IConfigProperty_IsStructForFW() const {
-  return type_ && type_->ISNVType_GenType() == "Struct" && !IsUserTypeId(type_->ISNVType_ID());
+  return Kind() == TypeKind::kStruct && !IsUserTypeId(type_->ISNVType_ID());
 }
 
 bool CConfigProperty::IConfigProperty_Mandatory() const { return mandatory_; }
 
-std::string CConfigProperty::IDisplayItem_DisplayText() const { return name_; }
-void CConfigProperty::IDisplayItem_DisplayText(const std::string& /*value*/) {}
 std::string CConfigProperty::IDisplayItem_Key() const { return point_key_; }
-int32_t CConfigProperty::IDisplayItem_ItemType() const { return 0; }
-int32_t CConfigProperty::IDisplayItem_Icon() const { return 0; }
+int32_t CConfigProperty::IDisplayItem_ItemType() const { return internal::kDisplayProperty; }
 bool CConfigProperty::IDisplayItem_IsWritable() const { return true; }
-bool CConfigProperty::IDisplayItem_IsTrendable() const { return false; }
-std::string CConfigProperty::IDisplayItem_Reference() const { return ref_value_; }
-bool CConfigProperty::IDisplayItem_IsConnected() const { return is_connected_; }
 // Listed only while connected.
 bool CConfigProperty::IDisplayItem_IsDisplayable() const { return is_connected_; }
-std::shared_ptr<ISNVType> CConfigProperty::IDisplayItem_SNVTType() const { return type_; }
-std::shared_ptr<IFields> CConfigProperty::IDisplayItem_Fields() const { return fields_; }
-
-std::shared_ptr<ITypeOverride> CConfigProperty::IOverridableItem_TypeOverride() const {
-  return type_override_;
-}
-
-void CConfigProperty::IOverridableItem_TypeOverride(std::shared_ptr<ITypeOverride> value) {
-  type_override_ = std::move(value);
-}
-
-void CConfigProperty::ISubItemConnable_IsConnected(bool value) {
-  internal::CountConnection(value, connection_count_, is_connected_);
-}
-
-void CConfigProperty::ISubItemConnable_HasPriority(bool value) { has_priority_ = value; }
-void CConfigProperty::ISubItemConnable_IncrementalConnIndex(int32_t value) {
-  incremental_conn_index_ = value;
-}
-void CConfigProperty::ISubItemConnable_ConnectedType(const std::string& /*value*/) {}
-int32_t CConfigProperty::ISubItemConnable_ItemType() const { return kItemType; }
-std::string CConfigProperty::ISubItemConnable_GlobalKey() const { return global_key_; }
-std::string CConfigProperty::ISubItemConnable_Name() const { return name_; }
-std::shared_ptr<ISNVType> CConfigProperty::ISubItemConnable_SNVTType() const { return type_; }
-bool CConfigProperty::ISubItemConnable_IsSNVTCompatible(const std::string& /*type_name*/) {
-  return false;
-}
+int32_t CConfigProperty::ISubItemConnable_ItemType() const { return internal::kPropertyItem; }
 
 std::shared_ptr<IUnitConverter> CConfigProperty::UnitsManager() const { return units_manager_; }
 
@@ -270,43 +233,53 @@ void CConfigProperty::InitType(const std::string& default_candidate,
                                const std::string& min_candidate, const std::string& max_candidate,
                                pugi::xml_node element, bool warn) {
   fields_ = nullptr;
-  editor_ = nullptr;
-  ContinueOnError([&] {
-    type_ = std::make_shared<CSNVTType>();
-    type_->Load(type_name_);
-  });
+  ResetEditDialog();
+  ContinueOnError([&] { LoadType(type_name_); });
   minimum_ = type_->ISNVType_Min();
   maximum_ = type_->ISNVType_Max();
   if (!min_candidate.empty()) minimum_ = min_candidate;
   if (!max_candidate.empty()) maximum_ = max_candidate;
 
-  const std::string kind = type_->ISNVType_GenType();
+  const TypeKind kind = Kind();
   std::string assumed;  // the default taken for a missing one
   default_value_ = default_candidate;
-  if (kind == "Textual") {
-    if (default_value_.empty()) assumed = "none";
-  } else if (kind == "Enum" || kind == "Bitfield") {
-    if (default_value_.empty()) assumed = "0";
-  } else if (codec::IsNumericKind(kind)) {
-    if (default_value_.empty()) assumed = "0";
-    type_->SetMax(maximum_);
-    type_->SetMin(minimum_);
-  } else if (kind == "Struct") {
-    // Each step under its own guard: one that fails leaves the others to run.
-    ContinueOnError([&] {
-      fields_ = std::make_shared<CFields>();
-      fields_->SetParent(shared_from_this());
-      int32_t position = 0;
-      // The fields take the warning flag, which a load clears first, not the load's argument.
-      fields_->BuildFromType(position, type_->ISNVType_ID(), kItemType, "", default_warning_);
-    });
-    ContinueOnError([&] { type_->SetLength(fields_->IFields_Length()); });
-    ContinueOnError([&] {
-      if (element) fields_->LoadValuesFromXml(element);
-    });
-    ContinueOnError([&] { fields_->SetGlobalKeys(global_key_); });
-    ContinueOnError([&] { fields_->SetParentKeys(point_key_); });
-    ContinueOnError([&] { default_value_ = IConfigProperty_Value(); });
+  switch (kind) {
+    case TypeKind::kTextual:
+    case TypeKind::kEnum:
+    case TypeKind::kBitfield:
+      if (default_value_.empty()) assumed = AssumedDefault(kind);
+      break;
+    case TypeKind::kSignedNumeric:
+    case TypeKind::kUnsignedNumeric:
+    case TypeKind::kFloat:
+      if (default_value_.empty()) assumed = AssumedDefault(kind);
+      // Later checks against the type use the property's bounds: the property's own copy of
+      // the type carries them (the shared one serves while they are the type's).
+      if (type_->ISNVType_Max() != maximum_ || type_->ISNVType_Min() != minimum_) {
+        OwnType().SetMax(maximum_);
+        OwnType().SetMin(minimum_);
+      }
+      break;
+    case TypeKind::kStruct:
+      // Each step under its own guard: one that fails leaves the others to run.
+      ContinueOnError([&] {
+        fields_ = std::make_shared<CFields>();
+        fields_->SetParent(shared_from_this());
+        int32_t position = 0;
+        // The fields take the warning flag, which a load clears first, not the load's argument.
+        fields_->BuildFromType(position, type_->ISNVType_ID(), internal::kPropertyItem, "",
+                               default_warning_);
+      });
+      ContinueOnError([&] { SetTypeLength(fields_->IFields_Length()); });
+      ContinueOnError([&] {
+        if (element) fields_->LoadValuesFromXml(element);
+      });
+      ContinueOnError([&] { fields_->SetGlobalKeys(global_key_); });
+      ContinueOnError([&] { fields_->SetParentKeys(point_key_); });
+      ContinueOnError([&] { default_value_ = IConfigProperty_Value(); });
+      break;
+    case TypeKind::kUnknown:
+      break;
   }
   if (!assumed.empty()) {
     default_value_ = assumed;
@@ -317,8 +290,6 @@ void CConfigProperty::InitType(const std::string& default_candidate,
     }
   }
   value_ = default_value_;
-
-  editor_ = internal::MakeEditDialog(kind);
 }
 
 codec::PointRecord CConfigProperty::PointRecord() const {
@@ -396,13 +367,12 @@ void CConfigProperty::SetGlobalKey(const std::string& key) {
 
 void CConfigProperty::SetProfile(const std::shared_ptr<IUnknown>& profile) { profile_ = profile; }
 
-std::shared_ptr<ISNVType> CConfigProperty::DataPointType() const { return type_; }
-std::shared_ptr<IFields> CConfigProperty::DataPointFields() const { return fields_; }
 
 void CConfigProperty::ShowEditor() {
-  if (!editor_) RaiseError(ErrorNumber::kObjectNotSet, "no editor for the property's type");
-  internal::SetDataPoint(*editor_, shared_from_this(), false);
-  editor_->Show();
+  const auto editor = EditDialogOfKind();
+  if (!editor) RaiseError(ErrorNumber::kObjectNotSet, "no editor for the property's type");
+  internal::SetDataPoint(*editor, shared_from_this(), false);
+  editor->Show();
 }
 
 void CConfigProperty::EditSchedule() {
@@ -423,8 +393,6 @@ void CConfigProperty::EditSchedule() {
   ApplyScheduleExchangeText(editor->xml());
 }
 
-codec::ItemTexts CConfigProperty::Texts() const {
-  return {value_, default_value_, minimum_, maximum_, type_, fields_, units_manager_};
-}
+codec::ItemTexts CConfigProperty::PropertyTexts() const { return Texts(units_manager_); }
 
 }  // namespace kolvane

@@ -7,14 +7,10 @@
 #include <pugixml.hpp>
 
 #include "conversion/ValueCodec.h"
-#include "dialogs/DataPoint.h"
 #include "dialogs/Form.h"
-#include "fields/FieldOwner.h"
 #include "interfaces/IConfigProperty.h"
-#include "interfaces/IDisplayItem.h"
-#include "interfaces/IOverridableItem.h"
-#include "interfaces/ISubItemConnable.h"
 #include "interfaces/IUnitConverter.h"
+#include "items/ItemCore.h"
 
 namespace kolvane {
 
@@ -23,11 +19,7 @@ class CSNVTType;
 
 // One configuration property of a profile.
 class CConfigProperty final : public IConfigProperty,
-                              public IDisplayItem,
-                              public IOverridableItem,
-                              public ISubItemConnable,
-                              public internal::FieldOwner,
-                              public internal::DataPointItem,
+                              public internal::ItemCore,
                               public std::enable_shared_from_this<CConfigProperty> {
  public:
   // Creates the units converter ("UnitManager.Converter"); error 429 without one.
@@ -76,34 +68,14 @@ class CConfigProperty final : public IConfigProperty,
   bool IConfigProperty_IsStructForFW() const override;
   bool IConfigProperty_Mandatory() const override;
 
-  // IDisplayItem
-  std::string IDisplayItem_DisplayText() const override;
-  void IDisplayItem_DisplayText(const std::string& value) override;
+  // IDisplayItem members of a property's own
   std::string IDisplayItem_Key() const override;
   int32_t IDisplayItem_ItemType() const override;
-  int32_t IDisplayItem_Icon() const override;
   bool IDisplayItem_IsWritable() const override;
-  bool IDisplayItem_IsTrendable() const override;
-  std::string IDisplayItem_Reference() const override;
-  bool IDisplayItem_IsConnected() const override;
   bool IDisplayItem_IsDisplayable() const override;
-  std::shared_ptr<ISNVType> IDisplayItem_SNVTType() const override;
-  std::shared_ptr<IFields> IDisplayItem_Fields() const override;
-
-  // IOverridableItem
-  std::shared_ptr<ITypeOverride> IOverridableItem_TypeOverride() const override;
-  void IOverridableItem_TypeOverride(std::shared_ptr<ITypeOverride> value) override;
 
   // ISubItemConnable
-  void ISubItemConnable_IsConnected(bool value) override;
-  void ISubItemConnable_HasPriority(bool value) override;
-  void ISubItemConnable_IncrementalConnIndex(int32_t value) override;
-  void ISubItemConnable_ConnectedType(const std::string& value) override;
   int32_t ISubItemConnable_ItemType() const override;
-  std::string ISubItemConnable_GlobalKey() const override;
-  std::string ISubItemConnable_Name() const override;
-  std::shared_ptr<ISNVType> ISubItemConnable_SNVTType() const override;
-  bool ISubItemConnable_IsSNVTCompatible(const std::string& type_name) override;
 
   // The units converter made for this property.
   std::shared_ptr<IUnitConverter> UnitsManager() const override;
@@ -142,19 +114,17 @@ class CConfigProperty final : public IConfigProperty,
   bool DefaultWarning() const { return default_warning_; }
   std::string Sisd() const { return sisd_; }
   void Sisd(const std::string& value) { sisd_ = value; }
-  // The dialog that edits the value, made for the type's kind; nullptr for an unknown kind.
-  std::shared_ptr<Form> Editor() const { return editor_; }
+  // The dialog that edits the value, made for the type's kind when first asked for; nullptr for
+  // an unknown kind.
+  std::shared_ptr<Form> Editor() const { return EditDialogOfKind(); }
 
   // internal::DataPointItem
   std::string DataPointValue() override { return IConfigProperty_Value(); }
   void DataPointValue(const std::string& value) override { IConfigProperty_Value(value); }
-  std::string DataPointName() const override { return name_; }
-  std::shared_ptr<ISNVType> DataPointType() const override;
-  std::shared_ptr<IFields> DataPointFields() const override;
 
  private:
   // The members the shared display rules read.
-  codec::ItemTexts Texts() const;
+  codec::ItemTexts PropertyTexts() const;
   // Loads the type, sets bounds and default from the candidates, builds fields (with their
   // values from element, when there is one) and makes the editor.
   // Warnings about assumed defaults are shown only for a property read from a profile.
@@ -163,33 +133,18 @@ class CConfigProperty final : public IConfigProperty,
   void ShowEditor();
   void EditSchedule();
 
-  std::string name_;
   std::string type_name_;
-  std::string value_;
-  std::string default_value_;
-  std::string minimum_;
-  std::string maximum_;
-  std::string global_key_;
   std::string tag_;
-  std::shared_ptr<CSNVTType> type_;
-  std::shared_ptr<CFields> fields_;
   int32_t index_ = 0;
-  std::shared_ptr<Form> editor_;
   bool default_warning_ = false;
   std::string sisd_;
   std::string index_in_file_;
   std::string point_key_;
   int32_t connection_index_ = 0;
-  int32_t incremental_conn_index_ = 0;
   double x_position_ = 0;
   double y_position_ = 0;
-  std::string ref_value_;
   std::shared_ptr<ICompatibleSNVTs> available_types_;
-  std::shared_ptr<ITypeOverride> type_override_;
   std::shared_ptr<IUnitConverter> units_manager_;
-  bool is_connected_ = false;
-  int32_t connection_count_ = 0;
-  bool has_priority_ = false;
   bool mandatory_ = false;
   bool instance_ = false;
   std::weak_ptr<IUnknown> profile_;

@@ -1,6 +1,5 @@
 #include "dialogs/EditDialog.h"
 
-#include "conversion/ValueCodec.h"
 #include "dialogs/frmCPModif1.h"
 #include "dialogs/frmCPModif2.h"
 #include "dialogs/frmCPModif3.h"
@@ -9,12 +8,23 @@
 
 namespace kolvane::internal {
 
-std::shared_ptr<Form> MakeEditDialog(const std::string& kind) {
-  if (codec::IsNumericKind(kind)) return std::make_shared<frmCPModif1>();
-  if (kind == "Textual") return std::make_shared<frmCPModif2>();
-  if (kind == "Enum") return std::make_shared<frmCPModif3>();
-  if (kind == "Struct") return std::make_shared<frmCPModif4>();
-  if (kind == "Bitfield") return std::make_shared<frmCPModif5>();
+std::shared_ptr<Form> MakeEditDialog(TypeKind kind) {
+  switch (kind) {
+    case TypeKind::kSignedNumeric:
+    case TypeKind::kUnsignedNumeric:
+    case TypeKind::kFloat:
+      return std::make_shared<frmCPModif1>();
+    case TypeKind::kTextual:
+      return std::make_shared<frmCPModif2>();
+    case TypeKind::kEnum:
+      return std::make_shared<frmCPModif3>();
+    case TypeKind::kStruct:
+      return std::make_shared<frmCPModif4>();
+    case TypeKind::kBitfield:
+      return std::make_shared<frmCPModif5>();
+    case TypeKind::kUnknown:
+      return nullptr;
+  }
   return nullptr;
 }
 

@@ -5,13 +5,14 @@
 
 #include "dialogs/Form.h"
 #include "interfaces/IUnknown.h"
+#include "types/TypeKind.h"
 
 namespace kolvane::internal {
 
 // A new dialog that edits a value of a type kind: frmCPModif1 for the numeric kinds,
-// frmCPModif2 "Textual", frmCPModif3 "Enum", frmCPModif4 "Struct", frmCPModif5 "Bitfield";
-// nullptr for any other kind.
-std::shared_ptr<Form> MakeEditDialog(const std::string& kind);
+// frmCPModif2 text, frmCPModif3 enumerations, frmCPModif4 structures, frmCPModif5 bit fields;
+// nullptr for an unknown kind.
+std::shared_ptr<Form> MakeEditDialog(TypeKind kind);
 
 // Hands item to an edit dialog as its DataPoint; from_structure sets CalledFramModif4 on a
 // dialog that edits one value.

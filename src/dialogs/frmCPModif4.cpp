@@ -4,6 +4,7 @@
 #include "foundation/HostServices.h"
 #include "foundation/Text.h"
 #include "interfaces/IField.h"
+#include "types/CSNVTType.h"
 
 namespace kolvane {
 
@@ -71,9 +72,9 @@ void frmCPModif4::EditSelectedField() {
   const auto fields = items_.front().fields();
   const auto field = fields ? fields->IFields_Item(row.Key) : nullptr;
   if (!field) return;
-  const std::string kind =
-      field->IField_SNVTType() ? field->IField_SNVTType()->ISNVType_GenType() : "";
-  const std::shared_ptr<Form> dialog = internal::MakeEditDialog(kind);
+  const auto type = field->IField_SNVTType();
+  const std::shared_ptr<Form> dialog =
+      internal::MakeEditDialog(type ? KindOf(*type) : TypeKind::kUnknown);
   if (!dialog) {
     MsgBox("Unknown or Not modificable Attribute", vbExclamation, "Edit Value");
     return;

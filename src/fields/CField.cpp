@@ -19,10 +19,9 @@ namespace kolvane {
 
 namespace {
 
-constexpr int32_t kNetworkVariable = 2;
-constexpr int32_t kConfigProperty = 3;
-
-std::string Trimmed(const std::string& text) { return std::string(TrimBlanks(text)); }
+constexpr codec::Holder kField = codec::Holder::kField;
+// The node type of the fields of a structure field.
+constexpr int32_t kNestedNodeType = 5;
 
 int32_t ConnectableItemType(const std::shared_ptr<IUnknown>& item) {
   const auto connectable = std::dynamic_pointer_cast<ISubItemConnable>(item);
@@ -47,7 +46,9 @@ std::string CField::IField_Name() const { return name_; }
 int32_t CField::IField_Index() const { return index_; }
 
 int32_t CField::IField_Offset() const {
-  if (Kind() == "Struct" && fields_ && fields_->IFields_Count() > 0) return fields_->FirstOffset();
+  if (Kind() == TypeKind::kStruct && fields_ && fields_->IFields_Count() > 0) {
+    return fields_->FirstOffset();
+  }
   return offset_;
 }
 
@@ -67,15 +68,7 @@ void CField::IField_Import() {}
 void CField::IField_Export() {}
 void CField::IField_SetValue() {}
 
-std::string CField::IField_Value() const {
-  const std::string kind = Kind();
-  if (kind == "Enum") return value_;
-  if (codec::IsNumericKind(kind)) return SNVTDataConversion::LocalizeNumber(value_);
-  if (kind == "Struct" && fields_) {
-    return codec::StructureText(*fields_, [](const IField& field) { return field.IField_Value(); });
-  }
-  return Trimmed(value_);
-}
+std::string CField::IField_Value() const { return codec::PlainValue(FieldTexts(), kField); }
 
 void CField::IField_Value(const std::string& value) { value_ = value; }
 
@@ -86,58 +79,21 @@ std::string CField::IField_DefaultValue() const {
 }
 
 std::string CField::IField_DispValue() const {
-  return Displayed([&] {
-    const std::string kind = Kind();
-    if (kind == "Enum") return value_;
-    if (codec::IsNumericKind(kind)) {
-      const auto converter = UnitsManager();
-      if (!converter) RaiseError(ErrorNumber::kObjectNotSet);
-      return codec::NumberInDisplayUnits(*converter, type_->ISNVType_ID(), value_);
-    }
-    if (kind == "Struct" && fields_) {
-      return Trimmed(codec::StructureText(
-          *fields_, [](const IField& field) { return field.IField_DispValue(); }));
-    }
-    return Trimmed(value_);
-  });
+  return Displayed([&] { return codec::DisplayValue(FieldTexts(), kField); });
 }
 
 std::string CField::IField_DispDefault() const {
-  return Displayed([&] {
-    const std::string kind = Kind();
-    if (kind == "Enum") {
-      return SNVTDataConversion::EnumStateName(default_value_, type_->ISNVType_EnumDesc());
-    }
-    if (codec::IsNumericKind(kind)) return codec::NumberInTypeUnits(*type_, default_value_);
-    if (kind == "Struct" && fields_) {
-      return Trimmed(codec::StructureText(
-          *fields_, [](const IField& field) { return field.IField_DispDefault(); }));
-    }
-    return Trimmed(default_value_);
-  });
+  return Displayed([&] { return codec::DisplayDefault(FieldTexts(), kField); });
 }
 
-std::string CField::IField_DispMin() const { return DisplayLimit(false); }
-
-std::string CField::IField_DispMax() const { return DisplayLimit(true); }
-
-std::string CField::DisplayLimit(bool maximum) const {
-  return Displayed([&] {
-    const std::string kind = Kind();
-    if (codec::IsNumericKind(kind)) {
-      const auto converter = UnitsManager();
-      if (!converter) RaiseError(ErrorNumber::kObjectNotSet);
-      return codec::LimitInDisplayUnits(*converter, type_->ISNVType_ID(), maximum);
-    }
-    if (!type_) return std::string();
-    const std::string limit = maximum ? type_->ISNVType_Max() : type_->ISNVType_Min();
-    if (kind == "Enum") return SNVTDataConversion::EnumStateName(limit, type_->ISNVType_EnumDesc());
-    return SNVTDataConversion::LocalizeNumber(limit);
-  });
+std::string CField::IField_DispMin() const {
+  return Displayed([&] { return codec::DisplayLimit(FieldTexts(), false, kField); });
 }
 
-std::string CField::IDisplayItem_DisplayText() const { return name_; }
-void CField::IDisplayItem_DisplayText(const std::string& /*value*/) {}
+std::string CField::IField_DispMax() const {
+  return Displayed([&] { return codec::DisplayLimit(FieldTexts(), true, kField); });
+}
+
 std::string CField::IDisplayItem_Key() const { return parent_key_ + "." + name_; }
 
 int32_t CField::IDisplayItem_ItemType() const {
@@ -146,13 +102,14 @@ int32_t CField::IDisplayItem_ItemType() const {
     std::shared_ptr<IUnknown> owner = parent_.lock();
     for (int step = 0; owner && step <= kMaxStructureDepth; ++step) {
       const int32_t code = ConnectableItemType(owner);
-      if (code == kNetworkVariable) {
+      if (code == internal::kVariableItem) {
         const auto flagged = std::dynamic_pointer_cast<internal::FieldOwner>(owner);
-        result = flagged && flagged->FieldDefaultsFlag() ? 5 : 4;
+        result = flagged && flagged->FieldDefaultsFlag() ? internal::kAssumedVariableField
+                                                         : internal::kVariableField;
         return;
       }
-      if (code == kConfigProperty) {
-        result = 3;
+      if (code == internal::kPropertyItem) {
+        result = internal::kPropertyField;
         return;
       }
       const auto field = std::dynamic_pointer_cast<IField>(owner);
@@ -163,15 +120,12 @@ int32_t CField::IDisplayItem_ItemType() const {
   return result;
 }
 
-int32_t CField::IDisplayItem_Icon() const { return 0; }
 
 bool CField::IDisplayItem_IsWritable() const {
   const int32_t type = IDisplayItem_ItemType();
-  return type == 3 || type == 4;
+  return type == internal::kPropertyField || type == internal::kVariableField;
 }
 
-bool CField::IDisplayItem_IsTrendable() const { return false; }
-std::string CField::IDisplayItem_Reference() const { return ref_value_; }
 bool CField::IDisplayItem_IsConnected() const { return false; }
 
 bool CField::IDisplayItem_IsDisplayable() const {
@@ -179,34 +133,15 @@ bool CField::IDisplayItem_IsDisplayable() const {
   // variable or configuration property at the top is listed itself.
   if (!is_display_usable_) return false;
   const int32_t type = IDisplayItem_ItemType();
-  if (type < 3 || type > 5) return false;
+  if (type != internal::kPropertyField && type != internal::kVariableField &&
+      type != internal::kAssumedVariableField) {
+    return false;
+  }
   const auto top = std::dynamic_pointer_cast<IDisplayItem>(TopOwner());
   return !top || top->IDisplayItem_IsDisplayable();
 }
 
-std::shared_ptr<ISNVType> CField::IDisplayItem_SNVTType() const { return type_; }
-std::shared_ptr<IFields> CField::IDisplayItem_Fields() const { return fields_; }
-
-void CField::ISubItemConnable_IsConnected(bool value) {
-  internal::CountConnection(value, connection_count_, is_connected_);
-}
-
-void CField::ISubItemConnable_HasPriority(bool /*value*/) {}
-void CField::ISubItemConnable_IncrementalConnIndex(int32_t /*value*/) {}
-void CField::ISubItemConnable_ConnectedType(const std::string& /*value*/) {}
 int32_t CField::ISubItemConnable_ItemType() const { return node_type_; }
-std::string CField::ISubItemConnable_GlobalKey() const { return global_key_; }
-std::string CField::ISubItemConnable_Name() const { return name_; }
-std::shared_ptr<ISNVType> CField::ISubItemConnable_SNVTType() const { return type_; }
-bool CField::ISubItemConnable_IsSNVTCompatible(const std::string& /*type_name*/) { return false; }
-
-std::shared_ptr<ITypeOverride> CField::IOverridableItem_TypeOverride() const {
-  return type_override_;
-}
-
-void CField::IOverridableItem_TypeOverride(std::shared_ptr<ITypeOverride> value) {
-  type_override_ = std::move(value);
-}
 
 std::shared_ptr<IUnitConverter> CField::UnitsManager() const {
   const auto owner = std::dynamic_pointer_cast<internal::FieldOwner>(parent_.lock());
@@ -246,25 +181,30 @@ void CField::SetIndex(int32_t index) { index_ = index; }
 void CField::SetOffset(int32_t offset) { offset_ = offset; }
 
 void CField::InitFromType(const std::string& type_name) {
-  ContinueOnError([&] {
-    type_ = std::make_shared<CSNVTType>();
-    type_->Load(type_name);
-  });
-  const std::string kind = Kind();
-  const bool numeric = codec::IsNumericKind(kind);
-  if (kind == "Textual" || numeric || kind == "Bitfield" || kind == "Enum") {
-    ContinueOnError([&] {
-      const auto converter = UnitsManager();
-      if (!converter) RaiseError(ErrorNumber::kObjectNotSet, "no units converter");
-      DefaultValue(converter->DefaultValue(type_name));
-    });
-    ContinueOnError([&] {
-      if (default_value_.empty()) ApplyMissingDefault(kind == "Textual" ? "none" : "0");
-    });
-    value_ = default_value_;
+  ContinueOnError([&] { LoadType(type_name); });
+  const TypeKind kind = Kind();
+  switch (kind) {
+    case TypeKind::kSignedNumeric:
+    case TypeKind::kUnsignedNumeric:
+    case TypeKind::kFloat:
+    case TypeKind::kBitfield:
+    case TypeKind::kEnum:
+    case TypeKind::kTextual:
+      ContinueOnError([&] {
+        const auto converter = UnitsManager();
+        if (!converter) RaiseError(ErrorNumber::kObjectNotSet, "no units converter");
+        DefaultValue(converter->DefaultValue(type_name));
+      });
+      ContinueOnError([&] {
+        if (default_value_.empty()) ApplyMissingDefault(AssumedDefault(kind));
+      });
+      value_ = default_value_;
+      return;
+    case TypeKind::kStruct:
+      break;
+    case TypeKind::kUnknown:
+      return;
   }
-  ContinueOnError([&] { edit_dialog_ = internal::MakeEditDialog(kind); });
-  if (kind != "Struct") return;
   ContinueOnError([&] {
     fields_ = std::make_shared<CFields>();
     fields_->SetParent(shared_from_this());
@@ -275,9 +215,10 @@ void CField::InitFromType(const std::string& type_name) {
     if (Depth() >= kMaxStructureDepth) {
       RaiseError(ErrorNumber::kOutOfStackSpace, "SNVT_" + type_name + " nests too deep");
     }
-    fields_->BuildFromType(end_offset_, type_->ISNVType_Name(), 5, value_, warn_missing_default_);
+    fields_->BuildFromType(end_offset_, type_->ISNVType_Name(), kNestedNodeType, value_,
+                           warn_missing_default_);
   });
-  ContinueOnError([&] { type_->SetLength(fields_->IFields_Length()); });
+  ContinueOnError([&] { SetTypeLength(fields_->IFields_Length()); });
   default_value_ = value_;
 }
 
@@ -298,7 +239,7 @@ void CField::LoadValueFromXml(pugi::xml_node node) {
       if (child.type() == pugi::node_element && mXML::BaseName(child) == name_) found = child;
     }
     if (!found) return;
-    if (Kind() == "Struct") {
+    if (Kind() == TypeKind::kStruct) {
       if (fields_) fields_->LoadValuesFromXml(found);
       return;
     }
@@ -308,14 +249,14 @@ void CField::LoadValueFromXml(pugi::xml_node node) {
       }
       if (!child.first_child()) continue;  // a child without text leaves the value
       const std::string text = child.first_child().value();
-      value_ = Kind() == "Textual" ? text : SNVTDataConversion::NormalizeDecimal(text);
+      value_ = Kind() == TypeKind::kTextual ? text : SNVTDataConversion::NormalizeDecimal(text);
     }
   });
 }
 
 void CField::ExportToXml(pugi::xml_document& document, pugi::xml_node parent) {
   pugi::xml_node element = mXML::AppendXmlElement(document, parent, name_, mXML::kNoTextField);
-  if (Kind() == "Struct") {
+  if (Kind() == TypeKind::kStruct) {
     if (fields_) fields_->ExportToXml(document, element);
     return;
   }
@@ -329,7 +270,7 @@ void CField::ExportToXml(pugi::xml_document& document, pugi::xml_node parent) {
 }
 
 void CField::SaveValueToXml(pugi::xml_document& document, pugi::xml_node parent) {
-  if (Kind() == "Struct") {
+  if (Kind() == TypeKind::kStruct) {
     pugi::xml_node element;
     for (pugi::xml_node child : parent.children()) {
       if (child.type() == pugi::node_element && mXML::BaseName(child) == name_) {
@@ -351,19 +292,7 @@ void CField::SaveValueToXml(pugi::xml_document& document, pugi::xml_node parent)
   }
 }
 
-std::string CField::RawText() const {
-  if (Kind() == "Struct") return fields_ ? fields_->RawText() : "";
-  if (!type_) RaiseError(ErrorNumber::kObjectNotSet, "the field has no type");
-  return SNVTDataConversion::TypedValueToRaw(value_, *type_);
-}
-
-std::string CField::InvalidRawText() const {
-  if (Kind() == "Struct") return fields_ ? fields_->InvalidRawText() : "";
-  if (!type_) RaiseError(ErrorNumber::kObjectNotSet, "the field has no type");
-  return SNVTDataConversion::TypedValueToRaw(type_->ISNVType_InvalidValue(), *type_);
-}
-
-std::string CField::Kind() const { return type_ ? type_->ISNVType_GenType() : ""; }
+codec::ItemTexts CField::FieldTexts() const { return Texts(UnitsManager()); }
 
 void CField::ApplyMissingDefault(const std::string& replacement) {
   std::string path = name_;
@@ -377,10 +306,10 @@ void CField::ApplyMissingDefault(const std::string& replacement) {
   const auto connectable = std::dynamic_pointer_cast<ISubItemConnable>(owner);
   if (!connectable) return;
   const int32_t owner_type = connectable->ISubItemConnable_ItemType();
-  if (owner_type == kNetworkVariable) {
+  if (owner_type == internal::kVariableItem) {
     const auto flagged = std::dynamic_pointer_cast<internal::FieldOwner>(owner);
     if (!flagged || !flagged->FieldDefaultsFlag()) return;
-  } else if (owner_type != kConfigProperty) {
+  } else if (owner_type != internal::kPropertyItem) {
     return;
   }
   default_value_ = replacement;

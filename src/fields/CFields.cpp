@@ -84,7 +84,7 @@ std::shared_ptr<CField> CFields::BuildFromType(int32_t& position, const std::str
     items_.Add(field->IField_Name(), field);
     field->SetIndex(items_.Count());
     field->SetOffset(CheckedSum(position, accumulated));
-    if (field->IField_SNVTType()->ISNVType_GenType() != "Struct") {
+    if (field->Type()->Kind() != TypeKind::kStruct) {
       accumulated = CheckedSum(accumulated, field->IField_SNVTType()->ISNVType_Length());
     }
     last = field;

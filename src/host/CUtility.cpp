@@ -105,18 +105,23 @@ std::string StructureDefault(const std::string& id, Expansion& expansion) {
 }
 
 std::string DefaultOfType(const std::string& id, Expansion& expansion) {
-  CSNVTType type;
-  type.Load(id);
-  const std::string kind = type.ISNVType_GenType();
+  const auto type = CSNVTType::Shared(id);
   const std::string declared = internal::SnvtChildText(id, "DEFAULT");
-  if (kind == "Enum") return EnumerationDefault(type, declared);
-  if (!declared.empty()) return declared;
-  if (kind == "Struct") return StructureDefault(id, expansion);
-  if (kind == "SignedNumeric" || kind == "UnsignedNumeric" || kind == "Float" ||
-      kind == "Bitfield") {
-    return NumericDefault(type);
+  switch (type->Kind()) {
+    case TypeKind::kEnum:
+      return EnumerationDefault(*type, declared);
+    case TypeKind::kStruct:
+      return declared.empty() ? StructureDefault(id, expansion) : declared;
+    case TypeKind::kSignedNumeric:
+    case TypeKind::kUnsignedNumeric:
+    case TypeKind::kFloat:
+    case TypeKind::kBitfield:
+      return declared.empty() ? NumericDefault(*type) : declared;
+    case TypeKind::kTextual:
+    case TypeKind::kUnknown:
+      return declared;
   }
-  return "";
+  return declared;
 }
 
 // One coordinate of a location: "." or "," as decimal point.

@@ -27,10 +27,8 @@ namespace kolvane {
 
 namespace {
 
-constexpr int32_t kOutput = 1;
-// Item type of the fields a network variable builds (4 or 5 when the host asks, see
-// CField::IDisplayItem_ItemType).
-constexpr int32_t kFieldItemType = 4;
+using internal::kInput;
+using internal::kOutput;
 
 // The "Field" child of list whose "Name" is name.
 pugi::xml_node FieldOverride(pugi::xml_node list, const std::string& name) {
@@ -79,7 +77,9 @@ void ApplyTypeOverride(IOverridableItem& item, const std::shared_ptr<IFields>& f
 }  // namespace
 
 CNetworkVariable::CNetworkVariable()
-    : units_manager_(CreateObjectAs<IUnitConverter>("UnitManager.Converter")) {}
+    : units_manager_(CreateObjectAs<IUnitConverter>("UnitManager.Converter")) {
+  incremental_conn_index_ = -1;
+}
 CNetworkVariable::~CNetworkVariable() = default;
 
 std::shared_ptr<ICompatibleSNVTs> CNetworkVariable::INetworkVariable_AvailableTypes() const {
@@ -156,22 +156,29 @@ bool CNetworkVariable::INetworkVariable_IsConnected() const {
 }
 
 std::string CNetworkVariable::INetworkVariable_Value() {
-  const std::string kind = type_ ? type_->ISNVType_GenType() : "";
-  if (kind == "Enum" || codec::IsNumericKind(kind)) {
-    return SNVTDataConversion::LocalizeNumber(value_);
-  }
-  if (kind == "Struct") {
-    if (!fields_) RaiseError(ErrorNumber::kObjectNotSet, "the structure has no fields");
-    std::string text;
-    for (int32_t i = 1; i <= fields_->IFields_Count(); ++i) {
-      const auto field = fields_->IFields_Item(std::to_string(i));
-      if (!field) continue;
-      field->IField_Value(Globals::GetToken(value_, i - 1, " "));
-      text += field->IField_Value() + " ";
+  switch (Kind()) {
+    case TypeKind::kEnum:
+    case TypeKind::kSignedNumeric:
+    case TypeKind::kUnsignedNumeric:
+    case TypeKind::kFloat:
+      return SNVTDataConversion::LocalizeNumber(value_);
+    case TypeKind::kStruct: {
+      if (!fields_) RaiseError(ErrorNumber::kObjectNotSet, "the structure has no fields");
+      std::string text;
+      for (int32_t i = 1; i <= fields_->IFields_Count(); ++i) {
+        const auto field = fields_->IFields_Item(std::to_string(i));
+        if (!field) continue;
+        field->IField_Value(Globals::GetToken(value_, i - 1, " "));
+        text += field->IField_Value() + " ";
+      }
+      return std::string(TrimBlanks(text));
     }
-    return std::string(TrimBlanks(text));
+    case TypeKind::kBitfield:
+    case TypeKind::kTextual:
+    case TypeKind::kUnknown:
+      return std::string(TrimBlanks(SNVTDataConversion::LocalizeNumber(value_)));
   }
-  return std::string(TrimBlanks(SNVTDataConversion::LocalizeNumber(value_)));
+  return "";
 }
 
 void CNetworkVariable::INetworkVariable_Value(const std::string& value) {
@@ -180,84 +187,80 @@ void CNetworkVariable::INetworkVariable_Value(const std::string& value) {
 }
 
 std::string CNetworkVariable::INetworkVariable_DispValue() const {
-  return codec::DisplayValue(Texts());
+  return codec::DisplayValue(VariableTexts());
 }
 
 std::string CNetworkVariable::INetworkVariable_DispDefault() const {
-  return codec::DisplayDefault(Texts());
+  return codec::DisplayDefault(VariableTexts());
 }
 
 std::string CNetworkVariable::INetworkVariable_DispMin() const {
-  return codec::DisplayLimit(Texts(), false);
+  return codec::DisplayLimit(VariableTexts(), false);
 }
 
 std::string CNetworkVariable::INetworkVariable_DispMax() const {
-  return codec::DisplayLimit(Texts(), true);
+  return codec::DisplayLimit(VariableTexts(), true);
 }
 
-std::string CNetworkVariable::INetworkVariable_RawValue() const {
-  if (fields_) return fields_->RawText();
-  if (!type_) RaiseError(ErrorNumber::kObjectNotSet, "the variable has no type");
-  return SNVTDataConversion::TypedValueToRaw(value_, *type_);
-}
+std::string CNetworkVariable::INetworkVariable_RawValue() const { return RawText(); }
 
-std::string CNetworkVariable::INetworkVariable_InvalidRaw() const {
-  if (fields_) return fields_->InvalidRawText();
-  if (!type_) RaiseError(ErrorNumber::kObjectNotSet, "the variable has no type");
-  return SNVTDataConversion::TypedValueToRaw(type_->ISNVType_InvalidValue(), *type_);
-}
+std::string CNetworkVariable::INetworkVariable_InvalidRaw() const { return InvalidRawText(); }
 
 void CNetworkVariable::INetworkVariable_SetValue() {
   if (!is_nc_) {
     if (direction_ != kOutput) {
       options_dialog_ = std::make_shared<frmEditNVI>();
-    } else if (!type_ || type_->ISNVType_GenType() != "Struct") {
+    } else if (Kind() != TypeKind::kStruct) {
       options_dialog_ = std::make_shared<frmEditNVO>();
     }
   }
-  if (!options_dialog_)
-    RaiseError(ErrorNumber::kObjectNotSet, "an output structure has no options");
-  if (auto input = std::dynamic_pointer_cast<frmEditNVI>(options_dialog_)) {
+  const auto dialog = OptionsDialog();
+  if (!dialog) RaiseError(ErrorNumber::kObjectNotSet, "an output structure has no options");
+  if (auto input = std::dynamic_pointer_cast<frmEditNVI>(dialog)) {
     input->DataPoint(shared_from_this());
-  } else if (auto output = std::dynamic_pointer_cast<frmEditNVO>(options_dialog_)) {
+  } else if (auto output = std::dynamic_pointer_cast<frmEditNVO>(dialog)) {
     output->DataPoint(shared_from_this());
   }
-  options_dialog_->Show();
+  dialog->Show();
+}
+
+std::shared_ptr<Form> CNetworkVariable::OptionsDialog() const {
+  if (!options_dialog_) {
+    switch (options_) {
+      case Options::kInput:
+        options_dialog_ = std::make_shared<frmEditNVI>();
+        break;
+      case Options::kOutput:
+        options_dialog_ = std::make_shared<frmEditNVO>();
+        break;
+      case Options::kNone:
+        break;
+    }
+  }
+  return options_dialog_;
 }
 
 std::string CNetworkVariable::INetworkVariable_XMLSave() { return ""; }
 
-std::string CNetworkVariable::IDisplayItem_DisplayText() const { return name_; }
-void CNetworkVariable::IDisplayItem_DisplayText(const std::string& /*value*/) {}
 std::string CNetworkVariable::IDisplayItem_Key() const { return point_key_; }
-int32_t CNetworkVariable::IDisplayItem_ItemType() const { return direction_ == 0 ? 1 : 2; }
-int32_t CNetworkVariable::IDisplayItem_Icon() const { return 0; }
-bool CNetworkVariable::IDisplayItem_IsWritable() const { return direction_ <= 0; }
-bool CNetworkVariable::IDisplayItem_IsTrendable() const { return false; }
-std::string CNetworkVariable::IDisplayItem_Reference() const { return ref_value_; }
-bool CNetworkVariable::IDisplayItem_IsConnected() const { return is_connected_; }
+
+int32_t CNetworkVariable::IDisplayItem_ItemType() const {
+  return direction_ == kInput ? internal::kDisplayInput : internal::kDisplayOutput;
+}
+
+bool CNetworkVariable::IDisplayItem_IsWritable() const { return direction_ <= kInput; }
 // Only connected variables are listed.
 bool CNetworkVariable::IDisplayItem_IsDisplayable() const { return is_connected_; }
-std::shared_ptr<ISNVType> CNetworkVariable::IDisplayItem_SNVTType() const { return type_; }
-std::shared_ptr<IFields> CNetworkVariable::IDisplayItem_Fields() const { return fields_; }
 
 void CNetworkVariable::ISubItemConnable_IsConnected(bool value) {
-  if (direction_ != 0) {
+  if (direction_ != kInput) {
     is_connected_ = value;
     return;
   }
-  internal::CountConnection(value, connection_count_, is_connected_);
+  ItemCore::ISubItemConnable_IsConnected(value);
 }
 
-void CNetworkVariable::ISubItemConnable_HasPriority(bool value) { has_priority_ = value; }
-void CNetworkVariable::ISubItemConnable_IncrementalConnIndex(int32_t value) {
-  incremental_conn_index_ = value;
-}
-void CNetworkVariable::ISubItemConnable_ConnectedType(const std::string& /*value*/) {}
-int32_t CNetworkVariable::ISubItemConnable_ItemType() const { return 2; }
-std::string CNetworkVariable::ISubItemConnable_GlobalKey() const { return global_key_; }
-std::string CNetworkVariable::ISubItemConnable_Name() const { return name_; }
-std::shared_ptr<ISNVType> CNetworkVariable::ISubItemConnable_SNVTType() const { return type_; }
+int32_t CNetworkVariable::ISubItemConnable_ItemType() const { return internal::kVariableItem; }
 
 bool CNetworkVariable::ISubItemConnable_IsSNVTCompatible(const std::string& type_name) {
   if (type_name.empty()) return true;
@@ -266,14 +269,6 @@ bool CNetworkVariable::ISubItemConnable_IsSNVTCompatible(const std::string& type
     if (entry->ICompatibleSNVT_ID() == type_name) return true;
   }
   return false;
-}
-
-std::shared_ptr<ITypeOverride> CNetworkVariable::IOverridableItem_TypeOverride() const {
-  return type_override_;
-}
-
-void CNetworkVariable::IOverridableItem_TypeOverride(std::shared_ptr<ITypeOverride> value) {
-  type_override_ = std::move(value);
 }
 
 std::shared_ptr<IUnitConverter> CNetworkVariable::UnitsManager() const { return units_manager_; }
@@ -290,7 +285,7 @@ void CNetworkVariable::LoadFromXml(pugi::xml_node element) {
     type_name_ = element.attribute("Type").value();
   });
   ContinueOnError([&] {
-    direction_ = std::string_view(element.attribute("Direction").value()) == "In" ? 0 : kOutput;
+    direction_ = std::string_view(element.attribute("Direction").value()) == "In" ? kInput : kOutput;
   });
   is_nc_ = false;
   const pugi::xml_node info = element.child("ExtendedInfo");
@@ -301,14 +296,17 @@ void CNetworkVariable::LoadFromXml(pugi::xml_node element) {
     auto utility = CreateObjectAs<IUtility>("Moraface.Utility");
     utility->ParseLocation(location, x, y);
   });
+  ContinueOnError([&] { LoadType(type_name_); });
   ContinueOnError([&] {
-    type_ = std::make_shared<CSNVTType>();
-    type_->Load(type_name_);
+    if (Kind() == TypeKind::kStruct) BuildFields();
   });
-  ContinueOnError([&] {
-    if (type_->ISNVType_GenType() == "Struct") BuildFields();
-  });
-  ContinueOnError([&] { MakeOptionsDialog(); });
+  // An input gets the input options, an output of a plain type the output options, made when
+  // first needed.
+  if (direction_ != kOutput) {
+    options_ = Options::kInput;
+  } else if (Kind() != TypeKind::kStruct) {
+    options_ = Options::kOutput;
+  }
   x_position_ = x;
   y_position_ = y;
   ContinueOnError([&] {
@@ -332,9 +330,8 @@ void CNetworkVariable::InitType(int32_t direction, const std::string& type_name)
   direction_ = direction;
   fields_ = nullptr;
   type_name_ = type_name;
-  type_ = std::make_shared<CSNVTType>();
-  type_->Load(type_name);
-  if (type_->ISNVType_GenType() == "Struct") BuildFields();
+  LoadType(type_name);
+  if (Kind() == TypeKind::kStruct) BuildFields();
 }
 
 void CNetworkVariable::SetGlobalKey(const std::string& key) {
@@ -372,7 +369,7 @@ codec::PointRecord CNetworkVariable::PointRecord() {
   record.key = point_key_;
   record.global_key = global_key_;
   record.name = name_;
-  record.direction = direction_ == 0 ? "In" : "Out";
+  record.direction = direction_ == kInput ? "In" : "Out";
   record.type_id = type_ ? type_->ISNVType_ID() : type_name_;
   record.value = INetworkVariable_Value();
   record.x = x_position_;
@@ -380,12 +377,12 @@ codec::PointRecord CNetworkVariable::PointRecord() {
   record.export_index = connection_index_;
   record.type_override = type_override_;
   record.fields = fields_;
-  record.interoperability_direction = direction_ == 0 ? "Input" : "Output";
+  record.interoperability_direction = direction_ == kInput ? "Input" : "Output";
   auto& extra = record.interoperability_attributes;
-  if (direction_ == 0 && receive_heartbeat_) {
+  if (direction_ == kInput && receive_heartbeat_) {
     extra.emplace_back("RcvHrtBtEnable", mXML::BoolToBit(receive_heartbeat_));
   }
-  if (direction_ != 0 && send_on_delta_enabled_) extra.emplace_back("SendOnDelta", send_on_delta_);
+  if (direction_ != kInput && send_on_delta_enabled_) extra.emplace_back("SendOnDelta", send_on_delta_);
   extra.emplace_back("Visible", mXML::BoolToBit(true));
   extra.emplace_back("Mandatory", mXML::BoolToBit(mandatory_));
   extra.emplace_back("SNVTType", record.type_id);
@@ -417,27 +414,17 @@ void CNetworkVariable::ReceiveHeartbeat(bool value) {
   Globals::NeedSaveFlag = true;
 }
 
-std::shared_ptr<ISNVType> CNetworkVariable::DataPointType() const { return type_; }
-std::shared_ptr<IFields> CNetworkVariable::DataPointFields() const { return fields_; }
 
 void CNetworkVariable::BuildFields() {
   fields_ = std::make_shared<CFields>();
   fields_->SetParent(shared_from_this());
   int32_t position = 0;
-  fields_->BuildFromType(position, type_->ISNVType_ID(), kFieldItemType, "", true);
-  type_->SetLength(fields_->IFields_Length());
+  // Item type 4 (5 when the host asks and the defaults were assumed, see
+  // CField::IDisplayItem_ItemType).
+  fields_->BuildFromType(position, type_->ISNVType_ID(), internal::kVariableField, "", true);
+  SetTypeLength(fields_->IFields_Length());
 }
 
-void CNetworkVariable::MakeOptionsDialog() {
-  if (direction_ != kOutput) {
-    options_dialog_ = std::make_shared<frmEditNVI>();
-  } else if (type_->ISNVType_GenType() != "Struct") {
-    options_dialog_ = std::make_shared<frmEditNVO>();
-  }
-}
-
-codec::ItemTexts CNetworkVariable::Texts() const {
-  return {value_, default_value_, minimum_, maximum_, type_, fields_, units_manager_};
-}
+codec::ItemTexts CNetworkVariable::VariableTexts() const { return Texts(units_manager_); }
 
 }  // namespace kolvane

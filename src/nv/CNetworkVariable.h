@@ -7,14 +7,10 @@
 #include <pugixml.hpp>
 
 #include "conversion/ValueCodec.h"
-#include "dialogs/DataPoint.h"
 #include "dialogs/Form.h"
-#include "fields/FieldOwner.h"
-#include "interfaces/IDisplayItem.h"
 #include "interfaces/INetworkVariable.h"
-#include "interfaces/IOverridableItem.h"
-#include "interfaces/ISubItemConnable.h"
 #include "interfaces/IUnitConverter.h"
+#include "items/ItemCore.h"
 
 namespace kolvane {
 
@@ -27,11 +23,7 @@ class NvoTable;
 
 // One network variable of a profile.
 class CNetworkVariable final : public INetworkVariable,
-                               public IDisplayItem,
-                               public ISubItemConnable,
-                               public IOverridableItem,
-                               public internal::FieldOwner,
-                               public internal::DataPointItem,
+                               public internal::ItemCore,
                                public std::enable_shared_from_this<CNetworkVariable> {
  public:
   // Creates the units converter ("UnitManager.Converter"); error 429 without one.
@@ -84,34 +76,17 @@ class CNetworkVariable final : public INetworkVariable,
   void INetworkVariable_SetValue() override;
   std::string INetworkVariable_XMLSave() override;
 
-  // IDisplayItem
-  std::string IDisplayItem_DisplayText() const override;
-  void IDisplayItem_DisplayText(const std::string& value) override;
+  // IDisplayItem members of a variable's own
   std::string IDisplayItem_Key() const override;
   int32_t IDisplayItem_ItemType() const override;
-  int32_t IDisplayItem_Icon() const override;
   bool IDisplayItem_IsWritable() const override;
-  bool IDisplayItem_IsTrendable() const override;
-  std::string IDisplayItem_Reference() const override;
-  bool IDisplayItem_IsConnected() const override;
   bool IDisplayItem_IsDisplayable() const override;
-  std::shared_ptr<ISNVType> IDisplayItem_SNVTType() const override;
-  std::shared_ptr<IFields> IDisplayItem_Fields() const override;
 
   // ISubItemConnable
+  // An input counts its connections; an output is connected or not.
   void ISubItemConnable_IsConnected(bool value) override;
-  void ISubItemConnable_HasPriority(bool value) override;
-  void ISubItemConnable_IncrementalConnIndex(int32_t value) override;
-  void ISubItemConnable_ConnectedType(const std::string& value) override;
   int32_t ISubItemConnable_ItemType() const override;
-  std::string ISubItemConnable_GlobalKey() const override;
-  std::string ISubItemConnable_Name() const override;
-  std::shared_ptr<ISNVType> ISubItemConnable_SNVTType() const override;
   bool ISubItemConnable_IsSNVTCompatible(const std::string& type_name) override;
-
-  // IOverridableItem
-  std::shared_ptr<ITypeOverride> IOverridableItem_TypeOverride() const override;
-  void IOverridableItem_TypeOverride(std::shared_ptr<ITypeOverride> value) override;
 
   // The units converter made for this variable.
   std::shared_ptr<IUnitConverter> UnitsManager() const override;
@@ -154,58 +129,45 @@ class CNetworkVariable final : public INetworkVariable,
   void DefaultWarning(bool value) { default_warning_ = value; }
   std::string Sisd() const { return sisd_; }
   void Sisd(const std::string& value) { sisd_ = value; }
-  // The options dialog the variable keeps (nullptr for an output structure).
-  std::shared_ptr<Form> OptionsDialog() const { return options_dialog_; }
+  // The options dialog the variable keeps, made when first asked for (nullptr for a variable
+  // loaded as an output structure).
+  std::shared_ptr<Form> OptionsDialog() const;
 
   // internal::DataPointItem
   std::string DataPointValue() override { return INetworkVariable_Value(); }
   void DataPointValue(const std::string& value) override { INetworkVariable_Value(value); }
-  std::string DataPointName() const override { return name_; }
-  std::shared_ptr<ISNVType> DataPointType() const override;
-  std::shared_ptr<IFields> DataPointFields() const override;
 
  private:
+  // Which options dialog a load gave the variable.
+  enum class Options { kNone, kInput, kOutput };
+
   // The members the shared display rules read.
-  codec::ItemTexts Texts() const;
+  codec::ItemTexts VariableTexts() const;
   void BuildFields();
-  void MakeOptionsDialog();
 
   double x_position_ = 0;
   double y_position_ = 0;
-  int32_t incremental_conn_index_ = -1;
   std::string send_on_delta_;
   bool send_on_delta_enabled_ = false;
   bool receive_heartbeat_ = false;
   bool default_warning_ = false;
-  bool is_connected_ = false;
-  int32_t connection_count_ = 0;
   int32_t connection_index_ = 0;
   int32_t k4_offset_ = -1;
   bool is_nc_ = false;
   bool mandatory_ = false;
   std::string type_name_;
   std::string sisd_;
-  std::string ref_value_;
-  std::string name_;
-  std::string value_;
-  std::string default_value_;
-  std::string minimum_;
-  std::string maximum_;
-  std::string global_key_;
   std::string tag_;
-  int32_t direction_ = 0;
-  std::shared_ptr<CSNVTType> type_;
-  std::shared_ptr<CFields> fields_;
+  int32_t direction_ = internal::kInput;
   std::weak_ptr<IUnknown> owner_;
   int32_t index_ = 0;
-  std::shared_ptr<Form> options_dialog_;
+  Options options_ = Options::kNone;
+  mutable std::shared_ptr<Form> options_dialog_;
   std::shared_ptr<ICompatibleSNVTs> compatibles_;
   std::string point_key_;
   std::shared_ptr<IUnknown> linked_source_;
   std::shared_ptr<IUnitConverter> units_manager_;
-  std::shared_ptr<ITypeOverride> type_override_;
   std::shared_ptr<ICompatibleSNVTs> available_types_;
-  bool has_priority_ = false;
 };
 
 }  // namespace kolvane

@@ -16,6 +16,7 @@
 #include "foundation/ItemNames.h"
 #include "foundation/Numbers.h"
 #include "foundation/mXML.h"
+#include "items/ItemCore.h"
 #include "interfaces/IXIFAndTypesGen.h"
 #include "nv/CNetworkVariable.h"
 #include "nv/CNetworkVariables.h"
@@ -89,7 +90,10 @@ int32_t CProfile::IProfile_NumberNVIs() const {
   int32_t count = 0;
   for (const auto& entry : nvs_->Items()) {
     const auto& variable = entry.item;
-    if (variable->INetworkVariable_Direction() == 0 && !variable->INetworkVariable_isNC()) ++count;
+    if (variable->INetworkVariable_Direction() == internal::kInput &&
+        !variable->INetworkVariable_isNC()) {
+      ++count;
+    }
   }
   return count;
 }
@@ -97,7 +101,7 @@ int32_t CProfile::IProfile_NumberNVIs() const {
 int32_t CProfile::IProfile_NumberNVOs() const {
   int32_t count = 0;
   for (const auto& entry : nvs_->Items()) {
-    if (entry.item->INetworkVariable_Direction() == 1) ++count;
+    if (entry.item->INetworkVariable_Direction() == internal::kOutput) ++count;
   }
   return count;
 }
@@ -192,14 +196,14 @@ std::shared_ptr<IUnknown> CProfile::Iprofile_AddNetworkItem(
     int32_t kind, const std::string& type_name, const std::string& name, int32_t direction,
     const std::shared_ptr<ICompatibleSNVTs>& available_types, const std::string& point_key) {
   const std::string unique = UniqueName(name);
-  if (kind != 2 && kind != 3) return nullptr;
+  if (kind != internal::kVariableItem && kind != internal::kPropertyItem) return nullptr;
   // The key is made before the item is added, so that a failure (error 6 for a key number past
   // 16 bits) adds nothing; a key that goes to no item is given again.
   const int16_t last_point_key = last_point_key_;
   const std::string key = point_key.empty() ? NewPointKey() : point_key;
   const uint64_t names_before = internal::ItemNamesStamp();
   std::shared_ptr<IUnknown> item;
-  if (kind == 2) {
+  if (kind == internal::kVariableItem) {
     if (auto variable = nvs_->INetworkVariables_AddNV(unique, direction, type_name)) {
       variable->INetworkVariable_PointKey(key);
       variable->INetworkVariable_AvailableTypes(available_types);

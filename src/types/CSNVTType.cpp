@@ -1,5 +1,7 @@
 #include "types/CSNVTType.h"
 
+#include <map>
+#include <memory>
 #include <string_view>
 #include <unordered_map>
 
@@ -50,32 +52,59 @@ std::vector<std::string> CSNVTType::StateTexts() const { return states_.Values()
 
 namespace {
 
-// Types read from the current catalogue, so that the many items of one type read it once.
+// Types read from the current catalogue, so that the many items of one type read it once and
+// share it.
 struct LoadedType {
-  CSNVTType type;
+  std::shared_ptr<CSNVTType> type;
   bool bad_kind = false;  // the reading showed the bad-type message, which every load repeats
 };
 
-thread_local uint64_t cache_stamp = 0;
-thread_local std::unordered_map<std::string, LoadedType> cache;
+struct TypeCache {
+  uint64_t stamp = 0;
+  std::unordered_map<std::string, LoadedType> types;
+  // A shared type and a length its items set: the copy with that length.
+  std::map<std::pair<const CSNVTType*, int32_t>, std::shared_ptr<CSNVTType>> lengths;
+};
+
+thread_local TypeCache cache;
+
+TypeCache& CurrentCache() {
+  const uint64_t stamp = internal::CatalogueStamp();
+  if (stamp != cache.stamp) {
+    cache.types.clear();
+    cache.lengths.clear();
+    cache.stamp = stamp;
+  }
+  return cache;
+}
 
 }  // namespace
 
-void CSNVTType::Load(const std::string& identifier) {
-  const uint64_t stamp = internal::CatalogueStamp();
-  if (stamp != cache_stamp) {
-    cache.clear();
-    cache_stamp = stamp;
+std::shared_ptr<CSNVTType> CSNVTType::Shared(const std::string& identifier) {
+  TypeCache& types = CurrentCache();
+  if (const auto it = types.types.find(identifier); it != types.types.end()) {
+    if (it->second.bad_kind) it->second.type->ShowBadKind();
+    return it->second.type;
   }
-  if (const auto it = cache.find(identifier); it != cache.end()) {
-    *this = it->second.type;
-    if (it->second.bad_kind) ShowBadKind();
-    return;
-  }
-  id_ = identifier;
-  ContinueOnError([&] { ReadType(internal::FindSnvtElement(identifier)); });
-  cache.emplace(identifier, LoadedType{*this, bad_kind_});
+  auto type = std::make_shared<CSNVTType>();
+  type->id_ = identifier;
+  ContinueOnError([&] { type->ReadType(internal::FindSnvtElement(identifier)); });
+  types.types.emplace(identifier, LoadedType{type, type->bad_kind_});
+  return type;
 }
+
+std::shared_ptr<CSNVTType> CSNVTType::WithLength(const std::shared_ptr<CSNVTType>& type,
+                                                 int32_t length) {
+  if (type->length_ == length) return type;
+  auto& copy = CurrentCache().lengths[{type.get(), length}];
+  if (!copy) {
+    copy = std::make_shared<CSNVTType>(*type);
+    copy->length_ = length;
+  }
+  return copy;
+}
+
+void CSNVTType::Load(const std::string& identifier) { *this = *Shared(identifier); }
 
 void CSNVTType::ShowBadKind() const { MsgBox("Error: SNVT_" + id_ + " has a bad type", vbOKOnly); }
 
@@ -84,7 +113,17 @@ void CSNVTType::SetEnumDesc(const std::string& text) {
   BuildStates();
 }
 
-void CSNVTType::SetGenType(const std::string& text) { gen_type_ = text; }
+void CSNVTType::SetGenType(const std::string& text) {
+  gen_type_ = text;
+  kind_ = ParseTypeKind(text);
+}
+
+TypeKind KindOf(const ISNVType& type) {
+  if (const auto* catalogue_type = dynamic_cast<const CSNVTType*>(&type)) {
+    return catalogue_type->Kind();
+  }
+  return ParseTypeKind(type.ISNVType_GenType());
+}
 void CSNVTType::SetLength(int32_t length) { length_ = length; }
 void CSNVTType::SetMin(const std::string& text) { min_ = text; }
 void CSNVTType::SetMax(const std::string& text) { max_ = text; }
@@ -105,32 +144,40 @@ void CSNVTType::ReadType(pugi::xml_node type) {
     if (name == "NAME") {
       name_ = child.child_value();
     } else if (name == "TYPE") {
-      gen_type_ = child.text().get();
+      SetGenType(child.text().get());
       ReadKind(type);
     }
   });
 }
 
 void CSNVTType::ReadKind(pugi::xml_node type) {
-  if (gen_type_ == "Enum") {
-    lui_type_ = "Logic";
-    length_ = 1;
-    ReadEnumeration();
-  } else if (gen_type_ == "Struct") {
-    lui_type_ = "Invalid";
-  } else if (gen_type_ == "Float") {
-    lui_type_ = "Float";
-    ReadNumeric(type);
-  } else if (gen_type_ == "SignedNumeric" || gen_type_ == "UnsignedNumeric" ||
-             gen_type_ == "Bitfield") {
-    lui_type_ = "Numeric";
-    ReadNumeric(type);
-  } else if (gen_type_ == "Textual") {
-    lui_type_ = "Textual";
-    ReadTextual(type);
-  } else {
-    bad_kind_ = true;
-    ShowBadKind();
+  switch (kind_) {
+    case TypeKind::kEnum:
+      lui_type_ = "Logic";
+      length_ = 1;
+      ReadEnumeration();
+      return;
+    case TypeKind::kStruct:
+      lui_type_ = "Invalid";
+      return;
+    case TypeKind::kFloat:
+      lui_type_ = "Float";
+      ReadNumeric(type);
+      return;
+    case TypeKind::kSignedNumeric:
+    case TypeKind::kUnsignedNumeric:
+    case TypeKind::kBitfield:
+      lui_type_ = "Numeric";
+      ReadNumeric(type);
+      return;
+    case TypeKind::kTextual:
+      lui_type_ = "Textual";
+      ReadTextual(type);
+      return;
+    case TypeKind::kUnknown:
+      bad_kind_ = true;
+      ShowBadKind();
+      return;
   }
 }
 

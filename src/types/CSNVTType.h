@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -8,6 +9,7 @@
 
 #include "foundation/KeyedCollection.h"
 #include "interfaces/ISNVType.h"
+#include "types/TypeKind.h"
 
 namespace kolvane {
 
@@ -32,6 +34,9 @@ class CSNVTType final : public ISNVType {
   int32_t ISNVType_Length() const override;
   bool ISNVType_HasField() const override;
 
+  // The kind GenType names, parsed when it is set.
+  TypeKind Kind() const { return kind_; }
+
   // The state text stored under key (the state's value as text), e.g. "(1,ON)"; error 5 when
   // there is none.
   std::string GetState(const std::string& key) const;
@@ -43,6 +48,14 @@ class CSNVTType final : public ISNVType {
   // only its ID, and an error while reading (a duplicate state value, an unreadable attribute)
   // ends the reading with what was read so far.
   void Load(const std::string& identifier);
+  // The type identifier of the current catalogue, read once and shared by every caller (the
+  // bad-type message is shown on every call, as by Load). Callers must not change it: change a
+  // copy.
+  static std::shared_ptr<CSNVTType> Shared(const std::string& identifier);
+  // type with its length set to length: type itself when it has that length already, else a
+  // copy shared by every caller that asks for the same.
+  static std::shared_ptr<CSNVTType> WithLength(const std::shared_ptr<CSNVTType>& type,
+                                               int32_t length);
 
   // Sets EnumDesc and rebuilds the states from it; error 457 when two states share a value.
   void SetEnumDesc(const std::string& text);
@@ -68,6 +81,7 @@ class CSNVTType final : public ISNVType {
 
   std::string enum_desc_;
   std::string gen_type_;
+  TypeKind kind_ = TypeKind::kUnknown;
   std::string invalid_value_;
   int32_t a_coef_ = 0;
   int32_t b_coef_ = 0;
@@ -85,5 +99,8 @@ class CSNVTType final : public ISNVType {
   KeyedCollection<std::string> states_;
   bool bad_kind_ = false;
 };
+
+// The kind of any type object: a catalogue type's parsed kind, else its GenType parsed.
+TypeKind KindOf(const ISNVType& type);
 
 }  // namespace kolvane
