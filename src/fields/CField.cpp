@@ -144,12 +144,12 @@ bool CField::IDisplayItem_IsDisplayable() const {
 int32_t CField::ISubItemConnable_ItemType() const { return node_type_; }
 
 std::shared_ptr<IUnitConverter> CField::UnitsManager() const {
-  const auto owner = std::dynamic_pointer_cast<internal::FieldOwner>(parent_.lock());
+  const auto owner = field_owner_.lock();
   return owner ? owner->UnitsManager() : nullptr;
 }
 
 bool CField::FieldDefaultsFlag() const {
-  const auto owner = std::dynamic_pointer_cast<internal::FieldOwner>(parent_.lock());
+  const auto owner = field_owner_.lock();
   return owner && owner->FieldDefaultsFlag();
 }
 
@@ -166,6 +166,10 @@ void CField::ResetToDefault() {
 }
 
 void CField::SetParent(const std::shared_ptr<IUnknown>& owner) {
+  // The owner is asked for its converter and flag often: it is looked up once.
+  if (owner != parent_.lock() || field_owner_.expired()) {
+    field_owner_ = std::dynamic_pointer_cast<internal::FieldOwner>(owner);
+  }
   parent_ = owner;
   if (const auto display = std::dynamic_pointer_cast<IDisplayItem>(owner)) {
     parent_key_ = display->IDisplayItem_Key();

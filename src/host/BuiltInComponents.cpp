@@ -7,10 +7,19 @@
 
 namespace kolvane::internal {
 
+// The built-in components keep no state of their own: every item of a thread shares one.
+template <class Component>
+ClassFactory Shared() {
+  return [] {
+    thread_local const auto component = std::make_shared<Component>();
+    return component;
+  };
+}
+
 std::vector<std::pair<std::string, ClassFactory>> BuiltInComponents() {
   return {
-      {"UnitManager.Converter", [] { return std::make_shared<CUnitConverter>(); }},
-      {"Moraface.Utility", [] { return std::make_shared<CUtility>(); }},
+      {"UnitManager.Converter", Shared<CUnitConverter>()},
+      {"Moraface.Utility", Shared<CUtility>()},
   };
 }
 

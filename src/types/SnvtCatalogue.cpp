@@ -26,6 +26,8 @@ struct CatalogueIndex {
   // Every "SNVTS/SNVT_<id>" element, by identifier, in document order.
   std::unordered_map<std::string, std::vector<pugi::xml_node>> types;
   std::vector<std::string> identifiers;
+  // Texts of type children already looked up: upper-cased name + "/" + identifier -> text.
+  std::unordered_map<std::string, std::string> child_texts;
   // State name -> value text, built on the first state lookup.
   bool states_built = false;
   KeyedCollection<std::string> states;
@@ -39,6 +41,7 @@ void Build(CatalogueIndex& catalogue, const pugi::xml_document* document) {
   catalogue.identifiers.clear();
   catalogue.states_built = false;
   catalogue.states.Clear();
+  catalogue.child_texts.clear();
   catalogue.copy.reset();
   if (document == nullptr) return;
   catalogue.copy.reset(*document);
@@ -108,12 +111,19 @@ uint64_t CatalogueStamp() {
 }
 
 std::string SnvtChildText(std::string_view identifier, std::string_view upper_name) {
+  CatalogueIndex& catalogue = Current();
+  std::string key = std::string(upper_name) + "/" + std::string(identifier);
+  if (const auto it = catalogue.child_texts.find(key); it != catalogue.child_texts.end()) {
+    return it->second;
+  }
+  std::string text;
   for (pugi::xml_node child : FindSnvtElement(identifier).children()) {
     if (child.type() != pugi::node_comment && EqualsNoCase(child.name(), upper_name)) {
-      return child.text().get();
+      text = child.text().get();
+      break;
     }
   }
-  return "";
+  return catalogue.child_texts.emplace(std::move(key), std::move(text)).first->second;
 }
 
 const std::string* FindStateValue(std::string_view name) {

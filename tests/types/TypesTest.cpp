@@ -160,7 +160,9 @@ TEST(StatesTest, CountPast16BitsRaisesOverflow) {
   for (int32_t value = INT16_MIN; value <= INT16_MAX; ++value) {
     std::shared_ptr<iState> state = StateOf(static_cast<int16_t>(value), "S");
     states.IStates_Add(state);
-    if (value == INT16_MIN + 32766) EXPECT_EQ(states.IStates_Count(), 32767);
+    if (value == INT16_MIN + 32766) {
+      EXPECT_EQ(states.IStates_Count(), 32767);
+    }
   }
   EXPECT_EQ(ErrorNumberOf([&] { states.IStates_Count(); }), ErrorNumber::kOverflow);
 }
