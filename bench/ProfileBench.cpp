@@ -4,14 +4,44 @@
 //   ./build/release/bench/kolvane_bench --benchmark_filter=Profile
 
 #include <benchmark/benchmark.h>
+#include <malloc.h>
 
+#include <atomic>
+#include <cstdlib>
 #include <memory>
+#include <new>
 #include <sstream>
 #include <string>
 #include <vector>
 
 #include "Kolvane.h"
 #include "foundation/Globals.h"
+
+// Every allocation through operator new is counted (pugixml allocates with malloc, so a parsed
+// document is not): the bytes a profile holds beyond its document.
+namespace {
+std::atomic<int64_t> live_bytes{0};
+
+void* Allocate(size_t size) {
+  void* memory = std::malloc(size == 0 ? 1 : size);
+  if (memory == nullptr) throw std::bad_alloc();
+  live_bytes += static_cast<int64_t>(malloc_usable_size(memory));
+  return memory;
+}
+
+void Release(void* memory) noexcept {
+  if (memory == nullptr) return;
+  live_bytes -= static_cast<int64_t>(malloc_usable_size(memory));
+  std::free(memory);
+}
+}  // namespace
+
+void* operator new(size_t size) { return Allocate(size); }
+void* operator new[](size_t size) { return Allocate(size); }
+void operator delete(void* memory) noexcept { Release(memory); }
+void operator delete[](void* memory) noexcept { Release(memory); }
+void operator delete(void* memory, size_t) noexcept { Release(memory); }
+void operator delete[](void* memory, size_t) noexcept { Release(memory); }
 
 namespace kolvane {
 namespace {
@@ -233,6 +263,26 @@ void BM_ProfileAddItems(benchmark::State& state) {
 
 BENCHMARK(BM_ProfileWideCompatibleList)->Arg(1000)->Arg(5000)->Arg(10000)->Unit(benchmark::kMillisecond)->Complexity();
 BENCHMARK(BM_ProfileAddItems)->Arg(1000)->Arg(5000)->Arg(10000)->Unit(benchmark::kMillisecond)->Complexity();
+
+// The bytes a loaded profile holds per item beyond its parsed document (counted allocations).
+void BM_ProfileMemory(benchmark::State& state) {
+  const auto document = Parsed(ProfileText(static_cast<int>(state.range(0))));
+  Load(document);  // the catalogue's caches are made by the first load, not counted per item
+  int64_t held = 0;
+  for (auto _ : state) {
+    const int64_t before = live_bytes;
+    auto profile = Load(document);
+    held = live_bytes - before;
+    benchmark::DoNotOptimize(profile->IProfile_NumberCPs());
+    state.PauseTiming();
+    profile.reset();
+    state.ResumeTiming();
+  }
+  state.counters["bytes_per_item"] = static_cast<double>(held) / static_cast<double>(state.range(0));
+  Finish(state);
+}
+
+BENCHMARK(BM_ProfileMemory)->Arg(1000)->Arg(10000)->Arg(100000)->Iterations(1)->Unit(benchmark::kMillisecond);
 
 // Small sizes repeat for a stable figure; one round of the largest takes seconds already.
 #define PROFILE_BENCHMARK(...)                                                  \

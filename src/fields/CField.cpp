@@ -166,14 +166,13 @@ void CField::ResetToDefault() {
 }
 
 void CField::SetParent(const std::shared_ptr<IUnknown>& owner) {
-  // The owner is asked for its converter and flag often: it is looked up once.
-  if (owner != parent_.lock() || field_owner_.expired()) {
+  // The owner's other interfaces are looked up once, not on every use.
+  if (owner != parent_.lock()) {
+    parent_ = owner;
     field_owner_ = std::dynamic_pointer_cast<internal::FieldOwner>(owner);
+    parent_display_ = std::dynamic_pointer_cast<IDisplayItem>(owner);
   }
-  parent_ = owner;
-  if (const auto display = std::dynamic_pointer_cast<IDisplayItem>(owner)) {
-    parent_key_ = display->IDisplayItem_Key();
-  }
+  if (const auto display = parent_display_.lock()) parent_key_ = display->IDisplayItem_Key();
 }
 
 void CField::SetNodeType(int32_t node_type) { node_type_ = node_type; }

@@ -128,6 +128,7 @@ class CField final : public IField,
   int32_t node_type_ = 0;
   std::weak_ptr<IUnknown> parent_;
   std::weak_ptr<internal::FieldOwner> field_owner_;  // parent_, as the owner of fields
+  std::weak_ptr<IDisplayItem> parent_display_;        // parent_, as a display item
   bool warn_missing_default_ = false;
   bool is_display_usable_ = false;
   std::string parent_key_;
