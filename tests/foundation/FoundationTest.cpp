@@ -59,6 +59,47 @@ TEST(KeyedCollectionTest, RemovingInTheMiddleKeepsLaterItemsReachable) {
   EXPECT_EQ(items.Item("e"), "e!");
 }
 
+// Small collections are searched in place and large ones through an index: the answers must not
+// depend on which, at any size, while the collection grows and shrinks across the change.
+TEST(KeyedCollectionTest, LookupsAgreeAtEverySize) {
+  KeyedCollection<int> items;
+  std::vector<int> expected;  // values by position
+  const auto check = [&](int size) {
+    ASSERT_EQ(items.Count(), static_cast<int32_t>(expected.size())) << size;
+    for (size_t i = 0; i < expected.size(); ++i) {
+      const int value = expected[i];
+      EXPECT_EQ(items.ItemAt(static_cast<int32_t>(i + 1)), value) << size;
+      EXPECT_EQ(items.Item("KEY" + std::to_string(value)), value) << size;
+    }
+    EXPECT_EQ(items.Find("key-none"), nullptr) << size;
+  };
+  for (int value = 0; value < 40; ++value) {
+    items.Add("Key" + std::to_string(value), value);
+    expected.push_back(value);
+    EXPECT_EQ(ErrorNumberOf([&] { items.Add("kEY" + std::to_string(value), -1); }), 457);
+    check(value);
+  }
+  // Remove from the middle and the front until few are left, then grow again.
+  while (expected.size() > 3) {
+    const size_t slot = expected.size() / 2;
+    if (expected.size() % 2 == 0) {
+      items.Remove("key" + std::to_string(expected[slot]));
+    } else {
+      items.RemoveAt(1);
+      expected.erase(expected.begin());
+      check(static_cast<int>(expected.size()));
+      continue;
+    }
+    expected.erase(expected.begin() + static_cast<std::ptrdiff_t>(slot));
+    check(static_cast<int>(expected.size()));
+  }
+  for (int value = 100; value < 120; ++value) {
+    items.Add("key" + std::to_string(value), value);
+    expected.push_back(value);
+  }
+  check(static_cast<int>(expected.size()));
+}
+
 TEST(HostServicesTest, HandlersAreReplacedAndHandedBack) {
   {
     MessageBoxRecorder recorder(7);
