@@ -9,8 +9,11 @@
 #include "Json.h"
 #include "Table.h"
 #include "conversion/ValueCodec.h"
+#include "cp/CConfigProperty.h"
+#include "items/ItemCore.h"
 #include "foundation/Error.h"
 #include "foundation/Numbers.h"
+#include "types/CSNVTType.h"
 #include "types/SnvtCatalogue.h"
 #include "types/StructureDepth.h"
 
@@ -79,18 +82,35 @@ struct Finding {
   std::string text;
 };
 
-// The first type that a structure type contains again below itself, or "".
-std::string SelfContained(const std::string& id, std::vector<std::string>& path) {
-  if (std::find(path.begin(), path.end(), id) != path.end()) return id;
-  if (static_cast<int>(path.size()) > kMaxStructureDepth) return "";
-  path.push_back(id);
+// What a walk of a structure type's fields finds: the first type met again on its own path, and
+// the number of fields the type expands to (a type on the path counts none). Types walked once
+// are remembered, so a catalogue whose types multiply is walked in linear time.
+struct StructureWalk {
+  std::vector<std::string> path;
+  std::map<std::string, int64_t> sizes;
+  std::string loop;
+};
+
+int64_t WalkStructure(const std::string& id, StructureWalk& walk) {
+  if (std::find(walk.path.begin(), walk.path.end(), id) != walk.path.end()) {
+    if (walk.loop.empty()) walk.loop = id;
+    return 0;
+  }
+  if (const auto known = walk.sizes.find(id); known != walk.sizes.end()) return known->second;
+  if (static_cast<int>(walk.path.size()) > kMaxStructureDepth) return 0;
+  walk.path.push_back(id);
+  int64_t size = 0;
   for (pugi::xml_node field : internal::FindSnvtChild(id, "Fields").children()) {
     if (field.type() != pugi::node_element) continue;
-    const std::string found = SelfContained(field.first_child().value(), path);
-    if (!found.empty()) return found;
+    const std::string type = field.first_child().value();
+    size += 1 + (ParseTypeKind(internal::SnvtChildText(type, "TYPE")) == TypeKind::kStruct
+                     ? WalkStructure(type, walk)
+                     : 0);
+    size = std::min<int64_t>(size, int64_t{kMaxStructureFields} + 1);
   }
-  path.pop_back();
-  return "";
+  walk.path.pop_back();
+  walk.sizes.emplace(id, size);
+  return size;
 }
 
 // A number text with "," or "." as decimal point, as the documents and users write it; error 13
@@ -121,11 +141,11 @@ void CheckState(const ItemRef& item, std::vector<Finding>& findings) {
 // A finding for a number value outside the catalogue limits of its type.
 void CheckRange(const ItemRef& item, std::vector<Finding>& findings) {
   if (!item.type) return;
-  if (item.type->ISNVType_GenType() == "Enum") {
+  if (KindOf(*item.type) == TypeKind::kEnum) {
     CheckState(item, findings);
     return;
   }
-  if (!codec::IsNumericKind(item.type->ISNVType_GenType())) return;
+  if (!IsNumeric(KindOf(*item.type))) return;
   const std::string value = ValueOf(item);
   if (value.empty() || value == "Invalid") return;
   const std::string id = item.type->ISNVType_ID();
@@ -146,16 +166,25 @@ void CheckRange(const ItemRef& item, std::vector<Finding>& findings) {
 void CheckItem(const ItemRef& item, std::vector<Finding>& findings) {
   const std::string id = TypeName(item);
   if (!item.type || item.type->ISNVType_GenType().empty()) {
-    if (!id.empty()) {
-      findings.push_back({true, item.path, "type SNVT_" + id + " is not in the catalogue"});
-    }
+    findings.push_back({true, item.path,
+                        id.empty() ? "no type given" : "type SNVT_" + id + " is not in the catalogue"});
     return;
   }
-  if (item.kind != "field" && item.type->ISNVType_GenType() == "Struct") {
-    std::vector<std::string> path;
-    const std::string loop = SelfContained(id, path);
-    if (!loop.empty()) {
-      findings.push_back({true, item.path, "structure SNVT_" + loop + " contains itself"});
+  if (item.type->ISNVType_LUIType().empty()) {
+    findings.push_back({true, item.path, "type SNVT_" + id + " has a bad kind \"" +
+                                             item.type->ISNVType_GenType() + "\""});
+    return;
+  }
+  if (item.kind != "field" && KindOf(*item.type) == TypeKind::kStruct) {
+    StructureWalk walk;
+    const int64_t size = WalkStructure(id, walk);
+    if (!walk.loop.empty()) {
+      findings.push_back({true, item.path, "structure SNVT_" + walk.loop + " contains itself"});
+    }
+    if (size > kMaxStructureFields) {
+      findings.push_back({true, item.path,
+                          "structure SNVT_" + id + " has more than " +
+                              std::to_string(kMaxStructureFields) + " fields"});
     }
   }
   CheckRange(item, findings);
@@ -238,7 +267,7 @@ int RunSave(const SaveOptions& options, std::ostream& out, std::ostream& err) {
       return 1;
     }
     const std::string value = assignment.substr(equals + 1);
-    if (item.type && codec::IsNumericKind(item.type->ISNVType_GenType()) && value != "Invalid") {
+    if (item.type && IsNumeric(KindOf(*item.type)) && value != "Invalid") {
       try {
         ReadNumber(value);
       } catch (const Error&) {
@@ -272,21 +301,20 @@ int RunCheck(const CheckOptions& options, std::ostream& out, std::ostream& err) 
   if (!session.Open()) return 1;
   const auto profile = session.LoadProfile(options.profile);
   if (!profile) return 1;
+  // Findings come from the items themselves, not from the loader's messages.
   std::vector<Finding> findings;
-  for (const Message& message : session.messages()) {
-    const bool error = message.text.find("has a bad type") != std::string::npos ||
-                       message.text.find("SNVT Type not defined") != std::string::npos;
-    const size_t colon = message.text.find(": ");
-    findings.push_back(
-        {error, colon == std::string::npos ? "" : message.text.substr(0, colon),
-         colon == std::string::npos ? message.text : message.text.substr(colon + 2)});
-  }
   std::map<std::string, int> names;
   for (const ItemRef& item : TopItems(*profile)) {
     if (++names[item.path] == 2) findings.push_back({true, item.path, "name used twice"});
+    const auto property = std::dynamic_pointer_cast<CConfigProperty>(item.object);
+    if (property && property->DefaultWarning()) {
+      findings.push_back({false, item.path,
+                          "Default value not defined into the XML file of the profile; " +
+                              property->IConfigProperty_DefaultValue() + " assumed."});
+    }
     CheckItem(item, findings);
     const auto nv = std::dynamic_pointer_cast<INetworkVariable>(item.object);
-    if (nv && nv->INetworkVariable_Direction() == 1) {
+    if (nv && nv->INetworkVariable_Direction() == internal::kOutput) {
       const auto compatibles = nv->INetworkVariable_SNVTCompatibles();
       if (!compatibles || compatibles->ICompatibleSNVTs_Count() == 0) {
         findings.push_back({false, item.path, "output without compatible types"});

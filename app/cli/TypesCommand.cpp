@@ -26,7 +26,7 @@ std::string Range(const CSNVTType& type) {
 // The states of an enumeration, or the fields of a structure as the catalogue lists them.
 std::string Note(const CSNVTType& type) {
   std::string note;
-  if (type.ISNVType_GenType() == "Struct") {
+  if (type.Kind() == TypeKind::kStruct) {
     for (pugi::xml_node field : internal::FindSnvtChild(type.ISNVType_ID(), "Fields").children()) {
       if (field.type() != pugi::node_element) continue;
       note += (note.empty() ? "" : " ") + std::string(mXML::BaseName(field)) + "(" +
@@ -40,7 +40,7 @@ std::string Note(const CSNVTType& type) {
 
 // A structure's length comes from its fields, not from the catalogue.
 std::string Bytes(const CSNVTType& type) {
-  return type.ISNVType_GenType() == "Struct" ? "" : std::to_string(type.ISNVType_Length());
+  return type.Kind() == TypeKind::kStruct ? "" : std::to_string(type.ISNVType_Length());
 }
 
 }  // namespace
