@@ -68,7 +68,8 @@ void CField::IField_Import() {}
 void CField::IField_Export() {}
 void CField::IField_SetValue() {}
 
-std::string CField::IField_Value() const { return codec::PlainValue(FieldTexts(), kField); }
+// The plain text needs no converter.
+std::string CField::IField_Value() const { return codec::PlainValue(Texts(nullptr), kField); }
 
 void CField::IField_Value(const std::string& value) { value_ = value; }
 

@@ -112,6 +112,11 @@ double ParseNumber(std::string_view text, char decimal_point) {
 
 std::string GeneralText(double number, int significant_digits,
                         const std::string& decimal_separator) {
+  // A whole number that the digits hold is written as such (the common case, and the cheap one).
+  if (std::trunc(number) == number && std::fabs(number) < 1e15 &&
+      std::fabs(number) < std::pow(10.0, significant_digits) && !(number == 0 && std::signbit(number))) {
+    return std::to_string(static_cast<int64_t>(number));
+  }
   char buffer[48];
   std::snprintf(buffer, sizeof buffer, "%.*G", significant_digits, number);
   std::string text = buffer;

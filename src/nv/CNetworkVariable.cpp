@@ -364,7 +364,7 @@ void CNetworkVariable::RebuildCompatibles(const internal::NvoTable& table) {
   compatibles_ = list;
 }
 
-codec::PointRecord CNetworkVariable::PointRecord() {
+codec::PointRecord CNetworkVariable::PointRecord(bool interoperability) {
   codec::PointRecord record;
   record.key = point_key_;
   record.global_key = global_key_;
@@ -377,6 +377,7 @@ codec::PointRecord CNetworkVariable::PointRecord() {
   record.export_index = connection_index_;
   record.type_override = type_override_;
   record.fields = fields_;
+  if (!interoperability) return record;
   record.interoperability_direction = direction_ == kInput ? "Input" : "Output";
   auto& extra = record.interoperability_attributes;
   if (direction_ == kInput && receive_heartbeat_) {

@@ -112,9 +112,9 @@ class CNetworkVariable final : public INetworkVariable,
   // that list its type.
   void RebuildCompatibles(const internal::NvoTable& table);
 
-  // The variable's "ApPoint" record: direction "In" or "Out"; the interoperability form adds
-  // the options that are set ("RcvHrtBtEnable", "SendOnDelta", "IsNC", "DefaultWarning", "SISD").
-  codec::PointRecord PointRecord();
+  // The variable's "ApPoint" record: direction "In" or "Out"; for the interoperability form
+  // also its options, "Visible", "Mandatory", "SNVTType" and its default and limits.
+  codec::PointRecord PointRecord(bool interoperability);
 
   // Send-on-delta threshold text and flag of an output, receive heartbeat of an input; setting
   // any of them marks the profile as needing saving.

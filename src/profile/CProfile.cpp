@@ -331,7 +331,8 @@ int32_t CProfile::SaveValues(pugi::xml_node parent, pugi::xml_document& document
   // A message box the host answers may re-enter: walk snapshots.
   for (const auto& variable : nvs_->Items().Values()) {
     ContinueOnError([&] {
-      codec::WritePointRecord(document, application, variable->PointRecord(), interoperability);
+      codec::WritePointRecord(document, application, variable->PointRecord(interoperability),
+                              interoperability);
     });
   }
   for (const auto& property : cps_->Items().Values()) {

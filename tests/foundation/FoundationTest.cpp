@@ -187,6 +187,18 @@ TEST(NumbersTest, RoundingIsToNearestEvenWithExactLimits) {
   }
 }
 
+// Whole numbers take a shortcut past printf: the texts must be the ones "%.*G" gives.
+TEST(NumbersTest, GeneralTextOfWholeAndFractionalNumbers) {
+  const std::tuple<double, int, const char*> cases[] = {
+      {120, 15, "120"},       {-7, 15, "-7"},           {0, 15, "0"},
+      {-0.0, 15, "-0"},       {45.5, 15, "45,5"},       {1e14, 15, "100000000000000"},
+      {1e15, 15, "1E+15"},    {123456789, 7, "1,234568E+08"}, {1234567, 7, "1234567"},
+      {12345678, 7, "1,234568E+07"}, {-2.5e-3, 15, "-0,0025"}};
+  for (const auto& [number, digits, text] : cases) {
+    EXPECT_EQ(GeneralText(number, digits, ","), text) << number;
+  }
+}
+
 TEST(GlobalsTest, GetIniValueReadsValuesAsTheyStand) {
   TempFolder folder;
   std::string digits;
