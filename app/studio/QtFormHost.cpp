@@ -4,6 +4,7 @@
 #include <QCheckBox>
 #include <QComboBox>
 #include <QFrame>
+#include <QGridLayout>
 #include <QHBoxLayout>
 #include <QHeaderView>
 #include <QKeyEvent>
@@ -94,7 +95,29 @@ FormDialog::FormDialog(Form& form, QWidget* parent) : QDialog(parent), form_(for
   std::map<int16_t, std::vector<Binding*>> rows;
   for (Binding& binding : bindings_) rows[binding.control.Row].push_back(&binding);
   auto* layout = new QVBoxLayout(this);
+  // Rows of cells (the bits of a bit field) share one grid, so their columns line up.
+  QGridLayout* cells = nullptr;
+  int cell_row = 0;
+  const auto is_cell = [](const Binding* b) {
+    return std::holds_alternative<Label*>(b->control.Control) && b->control.DblClick;
+  };
   for (auto& [row, members] : rows) {
+    if (std::any_of(members.begin(), members.end(), is_cell)) {
+      if (!cells) {
+        cells = new QGridLayout;
+        cells->setHorizontalSpacing(4);
+        layout->addLayout(cells);
+      }
+      int column = 0;
+      for (Binding* binding : members) {
+        // What leads a row (its caption) takes the first column; each cell a column of its own.
+        const int at = is_cell(binding) ? std::max(column, 1) : column;
+        cells->addWidget(MakeWidget(*binding), cell_row, at);
+        column = at + 1;
+      }
+      ++cell_row;
+      continue;
+    }
     auto* line = new QHBoxLayout;
     const bool buttons_only = std::all_of(members.begin(), members.end(), [](const Binding* b) {
       return std::holds_alternative<CommandButton*>(b->control.Control);
@@ -141,8 +164,11 @@ QWidget* FormDialog::MakeWidget(Binding& binding) {
                        return box;
                      },
                      [&](CommandButton*) -> QWidget* {
+                       // Enter presses the focused button, elsewhere OK; a text box with a key
+                       // handler takes its own Enter first.
                        auto* button = new QPushButton(this);
-                       button->setAutoDefault(false);  // Enter goes to the text box's KeyPress
+                       button->setAutoDefault(true);
+                       button->setDefault(control.Name == "cmdOk");
                        connect(button, &QPushButton::clicked, this, [this, &binding] {
                          if (binding.control.Click) Dispatch(binding.control.Click);
                        });
@@ -172,6 +198,16 @@ QWidget* FormDialog::MakeWidget(Binding& binding) {
   return widget;
 }
 
+void FormDialog::SelectAsForm(QLineEdit& edit, const TextBox& box) {
+  const int start = QtIndex(box.Text, box.SelStart);
+  const int length = QtIndex(box.Text, box.SelStart + box.SelLength) - start;
+  if (length > 0) {
+    edit.setSelection(start, length);
+  } else {
+    edit.setCursorPosition(start);
+  }
+}
+
 void FormDialog::Refresh() {
   for (Binding& binding : bindings_) {
     QWidget* widget = binding.widget;
@@ -185,13 +221,7 @@ void FormDialog::Refresh() {
               auto* edit = static_cast<QLineEdit*>(widget);
               const QString text = QString::fromStdString(box->Text);
               if (edit->text() != text) edit->setText(text);
-              const int start = QtIndex(box->Text, box->SelStart);
-              const int length = QtIndex(box->Text, box->SelStart + box->SelLength) - start;
-              if (length > 0) {
-                edit->setSelection(start, length);
-              } else {
-                edit->setCursorPosition(start);
-              }
+              SelectAsForm(*edit, *box);
               edit->setEnabled(box->Enabled);
               edit->setVisible(box->Visible);
             },
@@ -243,7 +273,13 @@ void FormDialog::Refresh() {
                 tree->clear();
                 for (const QStringList& cells : rows)
                   tree->addTopLevelItem(new QTreeWidgetItem(cells));
-                tree->resizeColumnToContents(0);
+                // Every column as wide as its texts, and the list as wide as its columns.
+                int width = 2 * tree->frameWidth();
+                for (int c = 0; c < tree->columnCount(); ++c) {
+                  tree->resizeColumnToContents(c);
+                  width += tree->columnWidth(c);
+                }
+                tree->setMinimumWidth(width);
               }
               if (view->SelectedItem >= 0 && view->SelectedItem < tree->topLevelItemCount()) {
                 tree->setCurrentItem(tree->topLevelItem(view->SelectedItem));
@@ -254,7 +290,12 @@ void FormDialog::Refresh() {
   }
   if (!form_.ActiveControl.empty() && form_.ActiveControl != focused_) {
     for (Binding& binding : bindings_) {
-      if (binding.control.Name == form_.ActiveControl) binding.widget->setFocus();
+      if (binding.control.Name != form_.ActiveControl) continue;
+      binding.widget->setFocus();
+      // Taking the focus may move a text box's selection: the form's stands.
+      if (auto* const* box = std::get_if<TextBox*>(&binding.control.Control)) {
+        SelectAsForm(*static_cast<QLineEdit*>(binding.widget), **box);
+      }
     }
   }
   focused_ = form_.ActiveControl;

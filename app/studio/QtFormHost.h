@@ -34,6 +34,8 @@ class FormDialog final : public QDialog {
   };
 
   QWidget* MakeWidget(Binding& binding);
+  // Gives edit the selection (or the cursor) of the form's text box.
+  static void SelectAsForm(QLineEdit& edit, const TextBox& box);
   // Copies what the user changed in the widgets into the form (texts, selections, checks, rows,
   // focus), runs the handler, then closes or redraws.
   void Dispatch(const std::function<void()>& handler);

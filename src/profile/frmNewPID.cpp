@@ -20,7 +20,8 @@ std::vector<FormControl> frmNewPID::Controls() {
        .Row = 1,
        .KeyPress = [this](int16_t& key) { txtNid_KeyPress(key); },
        .Change = [this] { txtNid_Change(); }},
-      {.Name = "Label2", .Control = &Label2, .Row = 2},
+      // The caption of what follows it on its row: the answer, OK or Cancel.
+      {.Name = "Label2", .Control = &Label2, .Row = 3},
       {.Name = "cmdOk", .Control = &cmdOk, .Row = 3, .Click = [this] { cmdOk_Click(); }},
       {.Name = "Command1", .Control = &Command1, .Row = 3, .Click = [this] { Command1_Click(); }},
   };

@@ -143,6 +143,16 @@ class StudioTest : public QObject {
       QVERIFY(rows);
       QTreeWidgetItem* row = rows->topLevelItem(1);
       QCOMPARE(row->text(0), QString("standby_cool"));
+      // No value is cut: every column is as wide as its texts, the list as wide as its columns.
+      int columns = 0;
+      for (int c = 0; c < rows->columnCount(); ++c) {
+        columns += rows->columnWidth(c);
+        for (int i = 0; i < rows->topLevelItemCount(); ++i) {
+          const QString text = rows->topLevelItem(i)->text(c);
+          QVERIFY2(rows->columnWidth(c) >= rows->fontMetrics().horizontalAdvance(text), qPrintable(text));
+        }
+      }
+      QVERIFY(rows->viewport()->width() >= columns);
       OnNextModal([](QWidget* field_form) {
         QCOMPARE(field_form->windowTitle(), QString("Numeric Value"));
         TypeOver(Control<QLineEdit>(field_form, "txtNewCPValue"), "26");
@@ -211,6 +221,13 @@ class StudioTest : public QObject {
       auto* edit = Control<QLineEdit>(form, "txtNewCPValue");
       QCOMPARE(edit->text(), QString("Invalid"));
       QVERIFY(!edit->isEnabled());
+      // Cleared: the box is enabled and focused with its text selected whole, OK enabled.
+      QTest::mouseClick(invalid, Qt::LeftButton);
+      QVERIFY(edit->isEnabled());
+      QCOMPARE(form->focusWidget(), edit);
+      QCOMPARE(edit->selectedText(), QString("Invalid"));
+      QVERIFY(Control<QPushButton>(form, "cmdOk")->isEnabled());
+      QTest::mouseClick(invalid, Qt::LeftButton);
       QTest::mouseClick(Control<QPushButton>(form, "cmdOk"), Qt::LeftButton);
     });
     QTest::keyClick(tree, Qt::Key_Return);
@@ -237,7 +254,19 @@ class StudioTest : public QObject {
       auto* states = Control<QComboBox>(form, "cboEnum");
       QCOMPARE(states->currentText(), QString("(1,HVT_FAN_COIL)"));
       QTest::keyClick(states, Qt::Key_Down);  // the next state, as the arrow key picks it
-      QTest::mouseClick(Control<QPushButton>(form, "cmdOk"), Qt::LeftButton);
+      QVERIFY(Control<QPushButton>(form, "cmdOk")->isDefault());
+      QTest::keyClick(states, Qt::Key_Return);  // Enter takes the default button, OK
+    });
+    DoubleClick(tree, mode);
+    QCOMPARE(mode->text(MainWindow::kRaw), QString("02"));
+
+    // Enter on a focused button presses that button: Cancel keeps the state.
+    OnNextModal([](QWidget* form) {
+      QTest::keyClick(Control<QComboBox>(form, "cboEnum"), Qt::Key_Down);
+      auto* cancel = Control<QPushButton>(form, "cmdCancel");
+      cancel->setFocus();
+      QTest::keyClick(cancel, Qt::Key_Return);
+      QVERIFY(!form->isVisible());
     });
     DoubleClick(tree, mode);
     QCOMPARE(mode->text(MainWindow::kRaw), QString("02"));
@@ -303,10 +332,19 @@ class StudioTest : public QObject {
       for (int bit = 3; bit >= 0; --bit) {
         before += Control<QLabel>(form, qPrintable(QString("bit(%1)").arg(bit)))->text();
       }
+      // The two rows of bits line up column for column.
+      for (int bit = 0; bit < 8; ++bit) {
+        const QLabel* low = Control<QLabel>(form, qPrintable(QString("bit(%1)").arg(bit)));
+        const QLabel* high = Control<QLabel>(form, qPrintable(QString("bit(%1)").arg(bit + 8)));
+        QCOMPARE(low->geometry().left(), high->geometry().left());
+        QVERIFY(low->geometry().top() > high->geometry().top());
+      }
       QLabel* cell = Control<QLabel>(form, "bit(1)");
       QTest::mouseDClick(cell, Qt::LeftButton);
       QCOMPARE(cell->text(), QString("1"));
-      QTest::mouseClick(Control<QPushButton>(form, "cmdOk"), Qt::LeftButton);
+      auto* ok = Control<QPushButton>(form, "cmdOk");
+      ok->setFocus();
+      QTest::keyClick(ok, Qt::Key_Return);  // Enter on the focused OK presses it
     });
     DoubleClick(window_->PropertiesTree(), item);
     QCOMPARE(before, QString("0101"));
@@ -346,6 +384,15 @@ class StudioTest : public QObject {
       auto* edit = Control<QLineEdit>(form, "txtNid");
       auto* ok = Control<QPushButton>(form, "cmdOk");
       QCOMPARE(edit->text(), QString("9FFFFF0A0B040401"));  // from the profile document
+      // "The profile is changed:" stands before the buttons it is the caption of.
+      const QLabel* caption = nullptr;
+      for (QLabel* label : form->findChildren<QLabel*>()) {
+        if (label->text() == "The profile is changed:") caption = label;
+      }
+      QVERIFY(caption);
+      QVERIFY(caption->geometry().top() > edit->geometry().bottom());
+      QVERIFY(caption->geometry().right() < ok->geometry().left());
+      QVERIFY(qAbs(caption->geometry().center().y() - ok->geometry().center().y()) < 8);
       edit->selectAll();
       QTest::keyClicks(edit, "9fffff0a0000000");  // 15 digits, upper-cased as typed
       QCOMPARE(edit->text(), QString("9FFFFF0A0000000"));
