@@ -32,7 +32,8 @@ namespace kolvane::test {
 
 // The bundled type catalogue and NVO table.
 inline constexpr char kBundledCatalogue[] = KOLVANE_SOURCE_DIR "/examples/snvts.xml";
-inline constexpr char kBundledNvoTable[] = KOLVANE_SOURCE_DIR "/examples/nvotable.xml";
+// An NVO table with lists of several types (the bundled one mostly lists a type itself).
+inline constexpr char kTestNvoTable[] = KOLVANE_SOURCE_DIR "/tests/data/nvotable.xml";
 inline constexpr char kBundledProfile[] = KOLVANE_SOURCE_DIR "/examples/profile.xml";
 // Why a test that needs the decimal-comma locale fails without it.
 inline constexpr char kMissingLocale[] = "locale de_DE.UTF-8 is missing: run scripts/setup.sh";
@@ -357,7 +358,7 @@ class ProfileFixture : public CatalogueFixture {
   }
 
   const std::shared_ptr<pugi::xml_document> profile_document = Globals::ProfileDocument;
-  const std::shared_ptr<pugi::xml_document> nvo_table = Parsed(kBundledNvoTable, true);
+  const std::shared_ptr<pugi::xml_document> nvo_table = Parsed(kTestNvoTable, true);
 };
 
 // Stands for the host object that owns a profile.

@@ -288,9 +288,11 @@ void FormDialog::Refresh() {
         },
         binding.control.Control);
   }
-  if (!form_.ActiveControl.empty() && form_.ActiveControl != focused_) {
+  // The form's ActiveControl is the focus after every handler: the toolkit may have moved it
+  // meanwhile (a button disabled while it had the focus hands it on).
+  if (!form_.ActiveControl.empty()) {
     for (Binding& binding : bindings_) {
-      if (binding.control.Name != form_.ActiveControl) continue;
+      if (binding.control.Name != form_.ActiveControl || focusWidget() == binding.widget) continue;
       binding.widget->setFocus();
       // Taking the focus may move a text box's selection: the form's stands.
       if (auto* const* box = std::get_if<TextBox*>(&binding.control.Control)) {
@@ -298,7 +300,6 @@ void FormDialog::Refresh() {
       }
     }
   }
-  focused_ = form_.ActiveControl;
 }
 
 void FormDialog::SyncFromWidgets() {
@@ -335,7 +336,6 @@ void FormDialog::SyncFromWidgets() {
                },
                binding.control.Control);
   }
-  focused_ = form_.ActiveControl;
 }
 
 void FormDialog::Dispatch(const std::function<void()>& handler) {

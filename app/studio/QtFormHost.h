@@ -45,7 +45,6 @@ class FormDialog final : public QDialog {
 
   Form& form_;
   std::vector<Binding> bindings_;
-  std::string focused_;  // the form's ActiveControl as last applied
   bool typing_ = false;  // set while a typed key edits a line edit
 };
 

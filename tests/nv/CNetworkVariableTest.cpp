@@ -145,7 +145,7 @@ TEST_F(CNetworkVariableTest, ConnectionsAndItemKinds) {
 }
 
 TEST_F(CNetworkVariableTest, CompatibleListsFromTheNvoTable) {
-  const internal::NvoTable nvo_table(*Parsed(kBundledNvoTable, true));
+  const internal::NvoTable nvo_table(*Parsed(kTestNvoTable, true));
   const auto input = Made(0, "temp_p"), output = Made(1, "switch");
   // An input lists the outputs that take its type, an output the types it takes.
   input->RebuildCompatibles(nvo_table);

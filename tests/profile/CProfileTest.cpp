@@ -413,7 +413,7 @@ TEST_F(CProfileReentryTest, HostChangingTheProfileAtEveryYield) {
         }
         break;
       default:
-        profile->Iprofile_SetXmlDomDocs(catalogue.document, Parsed(kBundledNvoTable, true));
+        profile->Iprofile_SetXmlDomDocs(catalogue.document, Parsed(kTestNvoTable, true));
         break;
     }
     busy = false;

@@ -288,10 +288,12 @@ class StudioTest : public QObject {
     tree->setCurrentItem(Find(tree, "nviOutdoorTemp"));
     const QString facts = window_->findChild<QLabel*>("variableFacts")->text();
     QVERIFY2(facts.contains("Not connected, export number 2"), qPrintable(facts));
+    // The bundled table lets a type of a quantity connect to those of the same layout and unit.
+    tree->setCurrentItem(Find(tree, "nviFanSpeed"));
     QStringList compatible;
     auto* list = window_->findChild<QListWidget*>("compatibles");
     for (int i = 0; i < list->count(); ++i) compatible << list->item(i)->text();
-    QCOMPARE(compatible, QStringList({"SNVT_temp_p", "SNVT_temp", "SNVT_temp_f"}));
+    QCOMPARE(compatible, QStringList({"SNVT_lev_cont", "SNVT_40000"}));
 
     tree->setCurrentItem(Find(tree, "nviOccCmd"));
     const QString overridden = window_->findChild<QLabel*>("variableFacts")->text();
