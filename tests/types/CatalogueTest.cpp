@@ -1,0 +1,185 @@
+// The bundled catalogue as the library reads it: every type loads, numbers convert to the raw bytes
+// their scaling gives, structures add up, enumeration defaults name states, and well-known types
+// carry the index and scaling the published facts give.
+
+#include <cmath>
+#include <cstring>
+
+#include "conversion/SNVTDataConversion.h"
+#include "foundation/Numbers.h"
+#include "host/CUtility.h"
+#include "types/SnvtCatalogue.h"
+
+#include "../TestSupport.h"
+
+namespace kolvane::test {
+namespace {
+
+// The raw bytes of count bytes of an integer, most significant first (two's complement).
+std::string Hex(int64_t raw, int32_t count) {
+  std::string text;
+  for (int32_t i = count - 1; i >= 0; --i) {
+    char digits[3];
+    std::snprintf(digits, sizeof digits, "%02X", static_cast<unsigned>((raw >> (8 * i)) & 0xFF));
+    text += digits;
+  }
+  return text;
+}
+
+// The raw integer of an engineering value: value = A x 10^B x (raw + C).
+int64_t RawOf(double value, const ISNVType& type) {
+  const double step = type.ISNVType_ACoef() * std::pow(10.0, type.ISNVType_BCoef());
+  return std::llround(value / step - type.ISNVType_CCoef());
+}
+
+class CatalogueTest : public ::testing::Test {
+ protected:
+  MessageBoxRecorder boxes;
+  ScopedDecimalSeparator point{"."};
+  ScopedCatalogue catalogue{kBundledCatalogue, true};
+};
+
+// Every type loads without a message; every number converts its minimum, its maximum and one
+// step above the minimum to the bytes its scaling gives. A raw value needing more than the 24
+// bits a single-precision number holds exactly is left out (the conversion goes through one),
+// as is a 4-byte unsigned value past the signed 32-bit range the conversion writes.
+TEST_F(CatalogueTest, EveryTypeLoadsAndNumbersConvertToTheirScaledBytes) {
+  const auto ids = internal::SnvtIdentifiers();
+  ASSERT_GT(ids.size(), 400u);
+  int standard = 0;
+  int checked = 0;
+  for (const std::string& id : ids) {
+    const auto type = CSNVTType::Shared(id);
+    ASSERT_NE(type->Kind(), TypeKind::kUnknown) << id;
+    if (!internal::FindSnvtElement(id).attribute("INDEX").empty()) ++standard;
+    if (type->Kind() != TypeKind::kSignedNumeric && type->Kind() != TypeKind::kUnsignedNumeric) {
+      continue;
+    }
+    const double low = ParseNumber(type->ISNVType_Min());
+    const double high = ParseNumber(type->ISNVType_Max());
+    EXPECT_LE(low, high) << id;
+    const double step = type->ISNVType_ACoef() * std::pow(10.0, type->ISNVType_BCoef());
+    for (const double value : {low, high, low + step}) {
+      const int64_t raw = RawOf(value, *type);
+      if (std::llabs(raw) >= (int64_t{1} << 24)) continue;
+      const std::string text = SNVTDataConversion::LocalizeNumber(GeneralText(value, 15, "."));
+      EXPECT_EQ(SNVTDataConversion::TypedValueToRaw(text, *type),
+                Hex(raw, type->ISNVType_Length()))
+          << id << " " << text;
+      ++checked;
+    }
+  }
+  EXPECT_TRUE(boxes.boxes.empty()) << std::get<0>(boxes.boxes.front());
+  EXPECT_GE(standard, 180);
+  EXPECT_GT(checked, 500);
+}
+
+// Floats go out as IEEE single precision, most significant byte first.
+TEST_F(CatalogueTest, FloatsConvertToSinglePrecisionBytes) {
+  int checked = 0;
+  for (const std::string& id : internal::SnvtIdentifiers()) {
+    const auto type = CSNVTType::Shared(id);
+    if (type->Kind() != TypeKind::kFloat) continue;
+    for (const std::string& limit : {type->ISNVType_Min(), type->ISNVType_Max()}) {
+      if (limit.empty()) continue;
+      const auto single = static_cast<float>(ParseNumber(limit));
+      uint32_t bits = 0;
+      std::memcpy(&bits, &single, sizeof bits);
+      EXPECT_EQ(SNVTDataConversion::TypedValueToRaw(limit, *type), Hex(bits, 4)) << id;
+      ++checked;
+    }
+  }
+  EXPECT_GT(checked, 40);
+}
+
+// A structure's fields add up to the length the catalogue gives it; every enumeration's default
+// (the catalogue's, or the one the utility assumes) names one of its states.
+TEST_F(CatalogueTest, StructuresAddUpAndEnumerationDefaultsNameStates) {
+  const auto owner = std::make_shared<FakeOwner>(3);
+  int structures = 0;
+  for (const std::string& id : internal::SnvtIdentifiers()) {
+    const auto type = CSNVTType::Shared(id);
+    if (type->Kind() == TypeKind::kStruct) {
+      const auto fields = BuildFields(owner, id);
+      EXPECT_EQ(std::to_string(fields->IFields_Length()), internal::SnvtChildText(id, "LENGTH"))
+          << id;
+      EXPECT_GT(fields->IFields_Count(), 0) << id;
+      ++structures;
+    }
+    if (type->Kind() == TypeKind::kEnum) {
+      const std::string declared = internal::SnvtChildText(id, "DEFAULT");
+      if (!declared.empty()) {
+        EXPECT_FALSE(SNVTDataConversion::EnumStateName(declared, type->ISNVType_EnumDesc()).empty())
+            << id;
+      }
+      const std::string assumed = CUtility().DefaultValue(type);
+      EXPECT_NE(type->ISNVType_EnumDesc().find("," + assumed + ";"), std::string::npos) << id;
+      // The invalid state is there too.
+      EXPECT_NE(type->ISNVType_EnumDesc().find("-1,"), std::string::npos) << id;
+    }
+  }
+  EXPECT_GT(structures, 70);
+  EXPECT_TRUE(boxes.boxes.empty());
+}
+
+// Index numbers, kinds, lengths and scalings of well-known types, as the published facts give them.
+TEST_F(CatalogueTest, WellKnownTypesCarryThePublishedFacts) {
+  struct Fact {
+    const char* id;
+    int index;
+    TypeKind kind;
+    int32_t length, a, b, c;
+  };
+  const Fact facts[] = {
+      {"temp_p", 105, TypeKind::kSignedNumeric, 2, 1, -2, 0},
+      {"temp", 39, TypeKind::kUnsignedNumeric, 2, 1, -1, -2740},
+      {"temp_diff_p", 147, TypeKind::kSignedNumeric, 2, 1, -2, 0},
+      {"lev_percent", 81, TypeKind::kSignedNumeric, 2, 5, -3, 0},
+      {"lev_cont", 21, TypeKind::kUnsignedNumeric, 1, 5, -1, 0},
+      {"count", 8, TypeKind::kUnsignedNumeric, 2, 1, 0, 0},
+      {"count_inc", 9, TypeKind::kSignedNumeric, 2, 1, 0, 0},
+      {"count_32", 183, TypeKind::kUnsignedNumeric, 4, 1, 0, 0},
+      {"amp", 1, TypeKind::kSignedNumeric, 2, 1, -1, 0},
+      {"volt_ac", 138, TypeKind::kUnsignedNumeric, 2, 1, 0, 0},
+      {"power_kilo", 28, TypeKind::kUnsignedNumeric, 2, 1, -1, 0},
+      {"elec_kwh_l", 146, TypeKind::kSignedNumeric, 4, 1, -1, 0},
+      {"rpm", 102, TypeKind::kUnsignedNumeric, 2, 1, 0, 0},
+      {"press_p", 113, TypeKind::kSignedNumeric, 2, 1, 0, 0},
+      {"flow_p", 161, TypeKind::kUnsignedNumeric, 2, 1, -2, 0},
+      {"lux", 79, TypeKind::kUnsignedNumeric, 2, 1, 0, 0},
+      {"ppm", 29, TypeKind::kUnsignedNumeric, 2, 1, 0, 0},
+      {"abs_humid", 160, TypeKind::kUnsignedNumeric, 2, 1, -2, 0},
+      {"time_sec", 107, TypeKind::kUnsignedNumeric, 2, 1, -1, 0},
+      {"angle_deg", 104, TypeKind::kSignedNumeric, 2, 2, -2, 0},
+      {"pwr_fact", 98, TypeKind::kSignedNumeric, 2, 5, -5, 0},
+      {"ph", 125, TypeKind::kSignedNumeric, 2, 1, -3, 0},
+      {"temp_f", 63, TypeKind::kFloat, 4, 1, 0, 0},
+      {"str_asc", 36, TypeKind::kTextual, 31, 0, 0, 0},
+      {"state", 83, TypeKind::kBitfield, 2, 1, 0, 0},
+      {"occupancy", 109, TypeKind::kEnum, 1, 0, 0, 0},
+      {"switch", 95, TypeKind::kStruct, 0, 0, 0, 0},
+      {"temp_setpt", 106, TypeKind::kStruct, 0, 0, 0, 0},
+  };
+  for (const Fact& fact : facts) {
+    const auto type = CSNVTType::Shared(fact.id);
+    EXPECT_EQ(internal::FindSnvtElement(fact.id).attribute("INDEX").as_int(), fact.index)
+        << fact.id;
+    EXPECT_EQ(type->Kind(), fact.kind) << fact.id;
+    if (fact.kind == TypeKind::kStruct || fact.kind == TypeKind::kEnum) continue;
+    EXPECT_EQ(type->ISNVType_Length(), fact.length) << fact.id;
+    if (fact.kind == TypeKind::kTextual) continue;
+    EXPECT_EQ(std::tuple(type->ISNVType_ACoef(), type->ISNVType_BCoef(), type->ISNVType_CCoef()),
+              std::tuple(fact.a, fact.b, fact.c))
+        << fact.id;
+  }
+  // Structures reuse the standard types the facts name, and carry bit fields with their bits.
+  EXPECT_EQ(internal::FindSnvtChild("switch", "Fields").child_value("value"), std::string("lev_cont"));
+  EXPECT_EQ(internal::FindSnvtChild("temp_setpt", "Fields").child_value("occupied_cool"),
+            std::string("temp_p"));
+  const pugi::xml_node bits = internal::FindSnvtChild("state", "Bits");
+  EXPECT_EQ(std::distance(bits.children().begin(), bits.children().end()), 16);
+  EXPECT_STREQ(bits.child("bit9").attribute("OFFSET").value(), "9");
+}
+
+}  // namespace
+}  // namespace kolvane::test
