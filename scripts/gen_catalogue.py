@@ -1,11 +1,12 @@
 #!/usr/bin/env python3
 """Builds the bundled type catalogue and NVO table from the facts in data/.
 
-    python3 scripts/gen_catalogue.py            # writes examples/snvts.xml, examples/nvotable.xml
+    python3 scripts/gen_catalogue.py            # writes examples/snvts.xml, nvotable.xml, units.xml
     python3 scripts/gen_catalogue.py --check    # validates only, writes nothing
 
-Inputs: data/snvts.json (the standard types), data/catalogue.json (the project's additions) and
-data/user-types.xml (the project's user types, copied as they stand). Facts that contradict each
+Inputs: data/snvts.json (the standard types), data/catalogue.json (the project's additions),
+data/user-types.xml (the project's user types, copied as they stand) and data/us-units.json (US
+customary units of the SI units, with exact factors), which gives examples/units.xml. Facts that contradict each
 other stop the run with a message naming the type; nothing is written then. Both files are
 written through a temporary file and a rename, so a run never leaves half a file.
 """
@@ -59,6 +60,7 @@ class Catalogue:
         self.helpers = {}  # id -> element text
         self.helper_layouts = {}  # id -> the layout it was made for, to share only equal ones
         self.left_out = {}  # name -> reason
+        self.units = {}  # type id -> its unit, for the display-unit table
         self.enum_ids = {}  # enum type name ("hvac_t") -> standard enumeration id
         for t in facts:
             if t["kind"] == "Enum" and t.get("enum_type"):
@@ -132,6 +134,8 @@ class Catalogue:
         return "\n".join(lines)
 
     def numeric_children(self, type_id, kind, length, a, b, c, lo, hi, invalid, unit):
+        if unit and kind in NUMERIC:
+            self.units[type_id] = unit
         children = [f"<NAME>{escape(type_id)}</NAME>", f"<TYPE>{kind}</TYPE>"]
         default = self.extras["defaults"].get(type_id)
         if default is not None:
@@ -363,6 +367,29 @@ def nvo_table(entries, extras):
     return "\n".join(lines) + "\n"
 
 
+def unit_table(units, us_units, user_layout):
+    """US customary display units per type: the unit, the exact factor and offset from the SI
+    unit (us = si x factor + offset), for every type whose unit has a primary US counterpart."""
+    primary = {r["si_unit"]: r for r in us_units if r["primary"] and r["si_unit"] != r["us_unit"]}
+    lines = ['<?xml version="1.0" encoding="UTF-8"?>',
+             "<!-- Written by scripts/gen_catalogue.py from data/us-units.json: the US customary",
+             "     display unit of each type of examples/snvts.xml that has one, with the exact",
+             "     factor and offset from its catalogue unit (us = si x FACTOR + OFFSET); a",
+             "     DIFFERENCE is converted without the offset. A type not listed shows its catalogue",
+             "     unit in both systems. -->",
+             "<Units>"]
+    for type_id, unit in list(units.items()) + list(user_layout.items()):
+        row = primary.get(unit)
+        if not row:
+            continue
+        offset = "0" if row["differential"] else number_text(row["offset"])
+        lines.append(f'  <SNVT_{type_id} UNIT="{escape(row["us_unit"])}" '
+                     f'FACTOR="{row["exact_factor"]}" OFFSET="{offset}"'
+                     + (' DIFFERENCE="1"' if row["differential"] else "") + "/>")
+    lines.append("</Units>")
+    return "\n".join(lines) + "\n"
+
+
 def write_atomically(path, text):
     folder = os.path.dirname(path)
     handle, temporary = tempfile.mkstemp(dir=folder, prefix=".gen-", suffix=".xml")
@@ -376,7 +403,7 @@ def write_atomically(path, text):
         raise
 
 
-def build(facts, extras, user_types):
+def build(facts, extras, user_types, us_units):
     catalogue = Catalogue(facts, extras)
     for t in facts:
         catalogue.validate(t)
@@ -417,7 +444,10 @@ def build(facts, extras, user_types):
     body.append("  <!-- User types -->")
     body.append(user_types)
     body.append("</SNVTS>")
-    return "\n".join(header + body) + "\n", nvo_table(table_entries, extras), catalogue
+    user_units = {type_id: layout[5] for type_id, layout in user_layouts(user_types).items()
+                  if layout[5] and layout[0] in NUMERIC}
+    return ("\n".join(header + body) + "\n", nvo_table(table_entries, extras),
+            unit_table(catalogue.units, us_units, user_units), catalogue)
 
 
 def user_layouts(user_types):
@@ -449,14 +479,18 @@ def main(argv):
     with open(os.path.join(options.data, "catalogue.json"), encoding="utf-8") as f:
         extras = json.load(f)
     user_types = read_user_types(os.path.join(options.data, "user-types.xml"))
+    with open(os.path.join(options.data, "us-units.json"), encoding="utf-8") as f:
+        us_units = json.load(f)
     try:
-        catalogue_text, table_text, catalogue = build(facts, extras, user_types)
+        catalogue_text, table_text, units_text, catalogue = build(facts, extras, user_types,
+                                                                  us_units)
     except FactError as error:
         print(f"gen_catalogue: {error}; nothing written", file=sys.stderr)
         return 1
     if not options.check:
         write_atomically(os.path.join(options.out, "snvts.xml"), catalogue_text)
         write_atomically(os.path.join(options.out, "nvotable.xml"), table_text)
+        write_atomically(os.path.join(options.out, "units.xml"), units_text)
     standard = len(facts) - len(catalogue.left_out)
     print(f"gen_catalogue: {standard} of {len(facts)} standard types, "
           f"{len(catalogue.helpers)} field types, {len(catalogue.left_out)} left out")

@@ -40,6 +40,9 @@ class GeneratorTest(unittest.TestCase):
                        "field_enumerations": {}, "enumerations": {}}, f)
         with open(os.path.join(data, "user-types.xml"), "w", encoding="utf-8") as f:
             f.write("<UserTypes>\n</UserTypes>\n")
+        with open(os.path.join(data, "us-units.json"), "w", encoding="utf-8") as f:
+            json.dump([{"si_unit": "°C", "us_unit": "°F", "factor": 1.8, "offset": 32,
+                        "differential": False, "primary": True, "exact_factor": "9/5"}], f)
         result = subprocess.run([sys.executable, SCRIPT, "--data", data, "--out", out],
                                 capture_output=True, text=True)
         return result, out
@@ -69,14 +72,18 @@ class GeneratorTest(unittest.TestCase):
         self.assertEqual(catalogue.find("SNVT_temp_p").get("INDEX"), "105")
         table = ElementTree.parse(os.path.join(out, "nvotable.xml")).getroot()
         self.assertEqual([c.tag for c in table.find("SNVT_temp_p")], ["SNVT_temp_p"])
-        self.assertEqual(sorted(os.listdir(out)), ["nvotable.xml", "snvts.xml"])
+        self.assertEqual(sorted(os.listdir(out)), ["nvotable.xml", "snvts.xml", "units.xml"])
+        units = ElementTree.parse(os.path.join(out, "units.xml")).getroot()
+        # The field the same as SNVT_temp_p names it, so only the standard type is listed.
+        self.assertEqual([(u.tag, u.get("UNIT"), u.get("FACTOR"), u.get("OFFSET")) for u in units],
+                         [("SNVT_temp_p", "°F", "9/5", "32")])
 
     def test_the_committed_catalogue_is_the_generated_one(self):
         out = tempfile.mkdtemp()
         result = subprocess.run([sys.executable, SCRIPT, "--out", out], capture_output=True,
                                 text=True)
         self.assertEqual(result.returncode, 0, result.stderr)
-        for name in ("snvts.xml", "nvotable.xml"):
+        for name in ("snvts.xml", "nvotable.xml", "units.xml"):
             with open(os.path.join(out, name), encoding="utf-8") as made, \
                     open(os.path.join(ROOT, "examples", name), encoding="utf-8") as committed:
                 self.assertEqual(made.read(), committed.read(), name)
