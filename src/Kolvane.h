@@ -11,6 +11,7 @@
 #include "dialogs/frmCPModif5.h"
 #include "foundation/Error.h"
 #include "foundation/HostServices.h"
+#include "host/DisplayUnits.h"
 #include "interfaces/IClonable.h"
 #include "interfaces/ICompatibleSNVT.h"
 #include "interfaces/ICompatibleSNVTs.h"

@@ -1,6 +1,11 @@
 #include "host/CUnitConverter.h"
 #include "host/CUtility.h"
 
+#include <fstream>
+
+#include "conversion/SNVTDataConversion.h"
+#include "foundation/Decimal.h"
+
 #include "../TestSupport.h"
 
 namespace kolvane::test {
@@ -51,6 +56,111 @@ TEST(CUnitConverterTest, NumbersFromTheUserTakeEitherSeparator) {
           << text << " with " << separator;
     }
   }
+}
+
+// US customary display units from the bundled unit table, for as long as the object lives.
+struct ScopedUsUnits {
+  ScopedUsUnits() : previous(SetUnitSystem(UnitSystem::kUSCustomary)) {
+    SetUnitTable(Parsed(KOLVANE_SOURCE_DIR "/examples/units.xml", true));
+  }
+  ~ScopedUsUnits() {
+    SetUnitSystem(previous);
+    SetUnitTable(nullptr);
+  }
+  UnitSystem previous;
+};
+
+TEST(CUnitConverterTest, UsCustomaryUnitsConvertExactlyAndBack) {
+  ScopedCatalogue catalogue(kBundledCatalogue, true);
+  ScopedDecimalSeparator point(".");
+  ScopedUsUnits us;
+  const auto converter = Converter();
+  // A setpoint of 21.5 °C is 70.7 °F; a difference has no offset; a type without a US unit shows
+  // its own; texts that are no number pass as they are.
+  const std::tuple<const char*, const char*, const char*> shown[] = {
+      {"temp_p", "21.5", "70.7 °F"},      {"temp_p", "-273.17", "-459.706 °F"},
+      {"temp_diff_p", "1", "1.8 °F"},      {"temp", "20", "68 °F"},
+      {"press_p", "249", "1 inH2O"},      {"press_p", "-1000", "-4.015 inH2O"},
+      {"flow", "100", "212 cfm"},         {"lux", "100", "9.29 fc"},
+      {"count", "7", "7 "},
+      {"temp_p", "Invalid", "Invalid °F"}};
+  for (const auto& [id, value, text] : shown) {
+    EXPECT_EQ(converter->ToDisplayUnits(id, value) + " " + converter->DisplayUnits(id), text) << id;
+  }
+  EXPECT_EQ(converter->DisplayMinimum("temp_p") + ".." + converter->DisplayMaximum("temp_p"),
+            "-459.706..621.788");
+  // Back from display: the nearest value the type holds, in its own unit.
+  EXPECT_EQ(converter->FromDisplayUnits("temp_p", "70.7"), "21.5");
+  EXPECT_EQ(converter->FromDisplayUnits("temp_p", "70"), "21.11");
+  EXPECT_EQ(converter->FromDisplayUnits("temp", "68.05"), "20");
+  {
+    ScopedDecimalSeparator comma(",");
+    EXPECT_EQ(converter->ToDisplayUnits("temp_p", "21,5"), "70,7");
+    EXPECT_EQ(converter->FromDisplayUnits("temp_p", "70,7"), "21.5");
+  }
+  // SI again: values pass as they are.
+  SetUnitSystem(UnitSystem::kSI);
+  EXPECT_EQ(converter->ToDisplayUnits("temp_p", "21.5") + " " + converter->DisplayUnits("temp_p"),
+            "21.5 °C");
+}
+
+// Every raw value of every 2-byte number with a US unit comes back unchanged: raw -> value ->
+// US text -> value -> raw.
+TEST(CUnitConverterTest, EveryRawValueOfTwoByteTypesRoundTripsThroughUsUnits) {
+  ScopedCatalogue catalogue(kBundledCatalogue, true);
+  ScopedDecimalSeparator point(".");
+  ScopedUsUnits us;
+  const auto converter = Converter();
+  const auto table = Parsed(KOLVANE_SOURCE_DIR "/examples/units.xml", true);
+  int types = 0;
+  for (pugi::xml_node entry : table->document_element().children()) {
+    const std::string id = std::string(entry.name()).substr(5);
+    const auto type = CSNVTType::Shared(id);
+    if (type->ISNVType_Length() != 2 || (type->Kind() != TypeKind::kSignedNumeric &&
+                                         type->Kind() != TypeKind::kUnsignedNumeric)) {
+      continue;
+    }
+    ++types;
+    const bool is_signed = type->Kind() == TypeKind::kSignedNumeric;
+    const auto step = internal::Rational(type->ISNVType_ACoef(), 1) *
+                      internal::Rational::PowerOfTen(type->ISNVType_BCoef());
+    const int decimals = std::max(0, -type->ISNVType_BCoef());
+    int failures = 0;
+    for (int32_t bits = 0; bits < 65536 && failures < 3; ++bits) {
+      const int32_t raw = is_signed && bits > 32767 ? bits - 65536 : bits;
+      const std::string value =
+          (step * (internal::Rational(raw, 1) + internal::Rational(type->ISNVType_CCoef(), 1)))
+              .Text(decimals, '.');
+      const std::string shown = converter->ToDisplayUnits(id, value);
+      const std::string back = converter->FromDisplayUnits(id, shown);
+      char expected[5];
+      std::snprintf(expected, sizeof expected, "%04X", static_cast<unsigned>(bits));
+      if (SNVTDataConversion::TypedValueToRaw(back, *type) != expected) {
+        ADD_FAILURE() << id << " raw " << expected << ": " << value << " -> " << shown << " -> "
+                      << back;
+        ++failures;
+      }
+    }
+  }
+  EXPECT_GE(types, 10);
+}
+
+// Each exact factor the unit data uses agrees with the NIST figure it was checked against.
+TEST(CUnitConverterTest, ExactFactorsAgreeWithTheNistFigures) {
+  std::ifstream in(KOLVANE_SOURCE_DIR "/data/us-units.json");
+  const std::string text((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
+  int rows = 0;
+  for (size_t at = text.find("\"factor\":"); at != std::string::npos;
+       at = text.find("\"factor\":", at + 1)) {
+    const double nist = std::stod(text.substr(at + 9));
+    const size_t exact_at = text.find("\"exact_factor\": \"", at) + 17;
+    const std::string exact = text.substr(exact_at, text.find('"', exact_at) - exact_at);
+    const auto factor = internal::Rational::FromFraction(exact);
+    ASSERT_TRUE(factor) << exact;
+    EXPECT_NEAR(factor->ToDouble() / nist, 1.0, 2e-9) << exact;
+    ++rows;
+  }
+  EXPECT_EQ(rows, 30);
 }
 
 TEST(CUtilityTest, SplitFieldsAtTwoBlankGapsOrElseSingleBlanks) {
