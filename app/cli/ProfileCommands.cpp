@@ -8,6 +8,7 @@
 #include "Items.h"
 #include "Json.h"
 #include "Table.h"
+#include "conversion/SNVTDataConversion.h"
 #include "conversion/ValueCodec.h"
 #include "cp/CConfigProperty.h"
 #include "items/ItemCore.h"
@@ -34,6 +35,26 @@ Counts CountItems(const IProfile& profile) {
 
 std::string TypeName(const ItemRef& item) { return item.type ? item.type->ISNVType_ID() : ""; }
 
+bool IsNumber(const ItemRef& item) { return item.type && IsNumeric(KindOf(*item.type)); }
+
+// The converter a host gets, for texts in the chosen display units.
+std::shared_ptr<IUnitConverter> Converter() {
+  return CreateObjectAs<IUnitConverter>("UnitManager.Converter");
+}
+
+// The display unit of a number item; empty for other kinds.
+std::string UnitOf(const ItemRef& item) {
+  return IsNumber(item) ? Converter()->DisplayUnits(TypeName(item)) : "";
+}
+
+// A number text of an item's own unit in display units, with the unit: "70.7 °F".
+std::string Shown(const ItemRef& item, const std::string& value) {
+  const std::string unit = UnitOf(item);
+  const std::string number =
+      Converter()->ToDisplayUnits(TypeName(item), SNVTDataConversion::LocalizeNumber(value));
+  return unit.empty() ? number : number + " " + unit;
+}
+
 void AddRows(Table& table, const ItemRef& item, const std::string& indent) {
   const auto texts = DisplayOf(item);
   const std::string limits = app::LimitsOf(item, texts);
@@ -53,6 +74,7 @@ void WriteItem(JsonWriter& json, const ItemRef& item) {
       .Member("default", texts[1])
       .Member("min", texts[2])
       .Member("max", texts[3])
+      .Member("unit", UnitOf(item))
       .Member("raw", RawOf(item));
   const auto fields = FieldsOf(item);
   if (!fields.empty()) {
@@ -154,9 +176,13 @@ void CheckRange(const ItemRef& item, std::vector<Finding>& findings) {
   try {
     const double number = ReadNumber(value);
     if (!minimum.empty() && number < ParseNumber(minimum)) {
-      findings.push_back({true, item.path, "value " + value + " is below the minimum " + minimum});
+      findings.push_back({true, item.path,
+                          "value " + Shown(item, value) + " is below the minimum " +
+                              Shown(item, minimum)});
     } else if (!maximum.empty() && number > ParseNumber(maximum)) {
-      findings.push_back({true, item.path, "value " + value + " is above the maximum " + maximum});
+      findings.push_back({true, item.path,
+                          "value " + Shown(item, value) + " is above the maximum " +
+                              Shown(item, maximum)});
     }
   } catch (const Error&) {
     findings.push_back({true, item.path, "value \"" + value + "\" is not a number"});
@@ -231,11 +257,15 @@ int RunGet(const GetOptions& options, std::ostream& out, std::ostream& err) {
     err << "kolvane: error: " << error << '\n';
     return 1;
   }
-  const std::string value = ValueOf(item);
+  // A number in the chosen display units.
+  std::string value = ValueOf(item);
+  if (IsNumber(item) && value != "Invalid") {
+    value = Converter()->ToDisplayUnits(TypeName(item), value);
+  }
   if (options.common.json) {
     JsonWriter json(out);
     json.BeginObject().Member("item", item.path).Member("type", TypeName(item));
-    json.Member("value", value).Member("raw", RawOf(item));
+    json.Member("value", value).Member("unit", UnitOf(item)).Member("raw", RawOf(item));
     WriteMessages(json, session.messages());
     json.EndObject();
   } else {
@@ -266,14 +296,28 @@ int RunSave(const SaveOptions& options, std::ostream& out, std::ostream& err) {
       err << "kolvane: error: " << error << '\n';
       return 1;
     }
-    const std::string value = assignment.substr(equals + 1);
-    if (item.type && IsNumeric(KindOf(*item.type)) && value != "Invalid") {
+    std::string value = assignment.substr(equals + 1);
+    if (IsNumber(item) && value != "Invalid") {
+      // A number is typed in the chosen display units, with their unit or none.
+      const std::string unit = UnitOf(item);
+      std::string number = value;
+      if (const size_t blank = value.find(' '); blank != std::string::npos) {
+        const std::string typed_unit = value.substr(blank + 1);
+        if (typed_unit != unit) {
+          err << "kolvane: error: " << item.path << ": \"" << value << "\" is in "
+              << typed_unit << "; expected " << (unit.empty() ? "no unit" : unit) << '\n';
+          return 1;
+        }
+        number = value.substr(0, blank);
+      }
       try {
-        ReadNumber(value);
+        ReadNumber(number);
       } catch (const Error&) {
         err << "kolvane: error: " << item.path << ": \"" << value << "\" is not a number\n";
         return 1;
       }
+      value = Converter()->FromDisplayUnits(TypeName(item),
+                                            SNVTDataConversion::LocalizeNumber(number));
     }
     SetValueOf(item, value);
     const int32_t length = item.type ? item.type->ISNVType_Length() : 0;

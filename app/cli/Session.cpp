@@ -35,13 +35,21 @@ Session::~Session() {
   if (progress_ && items_seen_ >= kProgressStep) err_ << "\r\033[K" << std::flush;
   SetMessageBoxHandler(std::move(previous_boxes_));
   SetYieldHandler(std::move(previous_yield_));
+  SetUnitSystem(previous_units_);
 }
 
 bool Session::Open() {
   catalogue_ = ReadDocument(options_.catalogue, "snvts.xml", "SNVTS", err_);
   if (!catalogue_) return false;
   nvo_table_ = ReadDocument(options_.nvo, "nvotable.xml", "NVOTable", err_);
-  return nvo_table_ != nullptr;
+  if (!nvo_table_) return false;
+  if (options_.units == "us") {
+    const auto table = ReadDocument("", "units.xml", "Units", err_);
+    if (!table) return false;
+    SetUnitTable(table);
+    previous_units_ = SetUnitSystem(UnitSystem::kUSCustomary);
+  }
+  return true;
 }
 
 std::shared_ptr<IProfile> Session::LoadProfile(const std::string& path) {

@@ -17,6 +17,7 @@ struct CommonOptions {
   std::string nvo;        // nvotable.xml; the bundled one when empty
   bool json = false;      // machine-readable output
   bool quiet = false;     // no warnings or progress on stderr
+  std::string units = "si";  // display units: "si" or "us"
 };
 
 // A message box the library showed while the command ran.
@@ -34,7 +35,8 @@ class Session {
   Session(const Session&) = delete;
   Session& operator=(const Session&) = delete;
 
-  // Reads the catalogue and the NVO table; false (after one error line) when either fails.
+  // Reads the catalogue and the NVO table, and for US units the unit table; false (after one
+  // error line) when one fails.
   bool Open();
   // Reads and loads a profile (the bundled example when path is empty); nullptr after one error
   // line when the file cannot be read.
@@ -56,6 +58,7 @@ class Session {
   std::string profile_path_;
   MessageBoxHandler previous_boxes_;
   YieldHandler previous_yield_;
+  UnitSystem previous_units_ = UnitSystem::kSI;
   long items_seen_ = 0;
   bool progress_ = false;
 };

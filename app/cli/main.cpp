@@ -21,6 +21,8 @@ void AddCommonOptions(CLI::App* command, CommonOptions& common, bool with_nvo) {
     command->add_option("--nvo,--table", common.nvo,
                         "NVO compatibility table (nvotable.xml); the bundled one by default");
   }
+  command->add_option("--units", common.units, "Display units: si (the catalogue's, default) or us")
+      ->check(CLI::IsMember({"si", "us"}));
   command->add_flag("--json", common.json, "Machine-readable output");
   command->add_flag("-q,--quiet", common.quiet, "No warnings or progress on standard error");
 }

@@ -1,6 +1,7 @@
 #include "MainWindow.h"
 
 #include <QAction>
+#include <QActionGroup>
 #include <QApplication>
 #include <QCloseEvent>
 #include <QDockWidget>
@@ -13,6 +14,7 @@
 #include <QMenuBar>
 #include <QMessageBox>
 #include <QPlainTextEdit>
+#include <QSettings>
 #include <QSplitter>
 #include <QStatusBar>
 #include <QTreeWidget>
@@ -113,6 +115,42 @@ void MainWindow::BuildMenus() {
 
   QMenu* device = menuBar()->addMenu("&Device");
   device->addAction("&Program ID...", this, [this] { ChangeProgramId(); });
+
+  QMenu* view = menuBar()->addMenu("&View");
+  QMenu* units = view->addMenu("&Units");
+  auto* systems = new QActionGroup(this);
+  const auto add = [&](const QString& text, UnitSystem system) {
+    QAction* action = units->addAction(text, this, [this, system] { ChooseUnits(system); });
+    action->setCheckable(true);
+    action->setObjectName(system == UnitSystem::kSI ? "unitsSI" : "unitsUS");
+    systems->addAction(action);
+    return action;
+  };
+  QAction* si = add("&SI (catalogue units)", UnitSystem::kSI);
+  QAction* us = add("&US customary", UnitSystem::kUSCustomary);
+  // The choice of the last run.
+  const bool chosen_us = QSettings().value("units").toString() == "us";
+  (chosen_us ? us : si)->setChecked(true);
+  if (chosen_us) ChooseUnits(UnitSystem::kUSCustomary);
+}
+
+void MainWindow::ChooseUnits(UnitSystem system) {
+  if (system == UnitSystem::kUSCustomary) {
+    std::string error;
+    auto table = app::ReadDocument("", "units.xml", "Units", error);
+    if (!table) {
+      QMessageBox::critical(this, "Units", QString::fromStdString(error));
+      system = UnitSystem::kSI;
+    }
+    SetUnitTable(table);
+  }
+  SetUnitSystem(system);
+  QSettings().setValue("units", system == UnitSystem::kUSCustomary ? "us" : "si");
+  if (QAction* action = findChild<QAction*>(system == UnitSystem::kSI ? "unitsSI" : "unitsUS")) {
+    action->setChecked(true);
+  }
+  RefreshRows();
+  ShowVariable(variables_->currentItem());
 }
 
 bool MainWindow::Open(const ProfileFiles& files) {

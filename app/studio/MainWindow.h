@@ -41,6 +41,9 @@ class MainWindow final : public QMainWindow {
   // The two item trees; columns as in Column.
   QTreeWidget* VariablesTree() const { return variables_; }
   QTreeWidget* PropertiesTree() const { return properties_; }
+  // Shows values in unit system (also in every dialog opened later), redraws the panes and
+  // remembers the choice for the next run.
+  void ChooseUnits(UnitSystem system);
   // The program identifier last accepted in the Device menu's dialog.
   const std::string& ProgramId() const { return program_id_; }
 

@@ -10,6 +10,7 @@
 
 int main(int argc, char** argv) {
   QApplication application(argc, argv);
+  QApplication::setOrganizationName("Kolvane");
   QApplication::setApplicationName("Kolvane Studio");
   QApplication::setApplicationVersion(KOLVANE_VERSION);
 

@@ -1,6 +1,7 @@
 # Runs one command and checks its exit status and output.
 #   cmake -DPROGRAM=exe -DARGS="a|b" -DSTATUS=1 [-DSTDOUT=regex] [-DSTDERR=regex] [-DNO_STDERR=1]
 #         [-DSTDOUT_FILE=expected.txt] [-DWRITTEN=file -DWRITTEN_EXPECTED=expected.xml]
+#         [-DWRITTEN_MATCHES=regex]
 #         [-DNOT_WRITTEN=file] -P Expect.cmake
 string(REPLACE "|" ";" args "${ARGS}")
 if(DEFINED WRITTEN)
@@ -30,9 +31,14 @@ if(DEFINED STDOUT_FILE)
 endif()
 if(DEFINED WRITTEN)
   file(READ ${WRITTEN} written)
-  file(READ ${WRITTEN_EXPECTED} expected)
-  if(NOT written STREQUAL expected)
-    message(FATAL_ERROR "${WRITTEN} differs from ${WRITTEN_EXPECTED}:\n${written}")
+  if(DEFINED WRITTEN_EXPECTED)
+    file(READ ${WRITTEN_EXPECTED} expected)
+    if(NOT written STREQUAL expected)
+      message(FATAL_ERROR "${WRITTEN} differs from ${WRITTEN_EXPECTED}:\n${written}")
+    endif()
+  endif()
+  if(DEFINED WRITTEN_MATCHES AND NOT written MATCHES "${WRITTEN_MATCHES}")
+    message(FATAL_ERROR "${WRITTEN} does not match '${WRITTEN_MATCHES}':\n${written}")
   endif()
 endif()
 if(DEFINED NOT_WRITTEN AND EXISTS ${NOT_WRITTEN})

@@ -12,6 +12,8 @@
 #include <QListWidget>
 #include <QMessageBox>
 #include <QPushButton>
+#include <QSettings>
+#include <QStandardPaths>
 #include <QTemporaryDir>
 #include <QTimer>
 #include <QTreeWidget>
@@ -92,6 +94,12 @@ class StudioTest : public QObject {
   Q_OBJECT
 
  private slots:
+  void initTestCase() {
+    // Settings of a test run go to a folder of their own.
+    QStandardPaths::setTestModeEnabled(true);
+    QSettings().remove("units");
+  }
+
   void init() {
     window_ = std::make_unique<MainWindow>();
     window_->show();
@@ -378,6 +386,34 @@ class StudioTest : public QObject {
     QVERIFY2(error.startsWith(path + ":4:"), qPrintable(error));
     QVERIFY(window_->windowTitle().startsWith("RoomController"));
     QVERIFY(Find(window_->PropertiesTree(), "nciSetpoint"));
+  }
+
+  void UnitsChosenInTheViewMenuRedrawAndStay() {
+    QTreeWidgetItem* setpoint = Find(window_->PropertiesTree(), "nciSetpoint");
+    QCOMPARE(setpoint->text(MainWindow::kValue), QString("21.5 °C"));
+    window_->findChild<QAction*>("unitsUS")->trigger();
+    QCOMPARE(setpoint->text(MainWindow::kValue), QString("70.7 °F"));
+    QCOMPARE(setpoint->text(MainWindow::kLimits), QString("-459.706 °F .. 621.788 °F"));
+    // The numeric dialog shows and takes the value in °F; the property keeps its own unit.
+    OnNextModal([](QWidget* form) {
+      QCOMPARE(Control<QLabel>(form, "lblUnits")->text(), QString("[°F]"));
+      QCOMPARE(Control<QLabel>(form, "lblMax")->text(), QString("86"));  // its own 30 °C
+      TypeOver(Control<QLineEdit>(form, "txtNewCPValue"), "71.6");
+      QTest::mouseClick(Control<QPushButton>(form, "cmdOk"), Qt::LeftButton);
+    });
+    DoubleClick(window_->PropertiesTree(), setpoint);
+    QCOMPARE(setpoint->text(MainWindow::kValue), QString("71.6 °F"));
+    QVERIFY2(Save(false).contains(R"(Name="nciSetpoint" Direction="In" Type="temp_p" Value="22")"),
+             "saved in °C");
+    // The next run starts in the units chosen last.
+    window_ = std::make_unique<MainWindow>();
+    QVERIFY(window_->Open({}));
+    QVERIFY(window_->findChild<QAction*>("unitsUS")->isChecked());
+    QCOMPARE(Find(window_->PropertiesTree(), "nciSetpoint")->text(MainWindow::kValue),
+             QString("70.7 °F"));
+    window_->findChild<QAction*>("unitsSI")->trigger();
+    QCOMPARE(Find(window_->PropertiesTree(), "nciSetpoint")->text(MainWindow::kValue),
+             QString("21.5 °C"));
   }
 
   void ProgramIdDialogFromTheDeviceMenu() {
