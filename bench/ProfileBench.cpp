@@ -261,6 +261,26 @@ void BM_ProfileAddItems(benchmark::State& state) {
   Finish(state);
 }
 
+// count inputs of one structure type (the widest single case: one type, many items).
+void BM_ProfileOneType(benchmark::State& state) {
+  const int count = static_cast<int>(state.range(0));
+  std::string nvs;
+  for (int i = 0; i < count; ++i) {
+    nvs += "<nvi" + std::to_string(i) + " Type=\"temp_setpt\" Direction=\"In\" Key=\"P" +
+           std::to_string(i + 1) + "\"/>";
+  }
+  const auto document = Parsed("<Profile><Name>One</Name><NVs>" + nvs + "</NVs></Profile>");
+  for (auto _ : state) {
+    auto profile = Load(document);
+    benchmark::DoNotOptimize(profile->IProfile_NumberNVIs());
+    state.PauseTiming();
+    profile.reset();
+    state.ResumeTiming();
+  }
+  Finish(state);
+}
+
+BENCHMARK(BM_ProfileOneType)->Arg(10000)->Arg(30000)->Arg(100000)->Iterations(2)->Unit(benchmark::kMillisecond)->Complexity();
 BENCHMARK(BM_ProfileWideCompatibleList)->Arg(1000)->Arg(5000)->Arg(10000)->Unit(benchmark::kMillisecond)->Complexity();
 BENCHMARK(BM_ProfileAddItems)->Arg(1000)->Arg(5000)->Arg(10000)->Unit(benchmark::kMillisecond)->Complexity();
 

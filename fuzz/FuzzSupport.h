@@ -1,6 +1,17 @@
 #pragma once
 
+#include "foundation/Error.h"
 #include "foundation/HostServices.h"
+
+// Runs a host call that may raise the library's errors (the system's own error numbers); any
+// other exception escapes and is a finding.
+template <class Call>
+void Try(Call&& call) {
+  try {
+    call();
+  } catch (const kolvane::Error&) {
+  }
+}
 
 // Message boxes answer at once and show nothing: a fuzzer meets thousands of them.
 extern "C" inline int LLVMFuzzerInitialize(int* /*argc*/, char*** /*argv*/) {
