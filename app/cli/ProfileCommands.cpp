@@ -8,6 +8,7 @@
 #include "Items.h"
 #include "Json.h"
 #include "Table.h"
+#include "Values.h"
 #include "conversion/SNVTDataConversion.h"
 #include "conversion/ValueCodec.h"
 #include "cp/CConfigProperty.h"
@@ -296,28 +297,10 @@ int RunSave(const SaveOptions& options, std::ostream& out, std::ostream& err) {
       err << "kolvane: error: " << error << '\n';
       return 1;
     }
-    std::string value = assignment.substr(equals + 1);
-    if (IsNumber(item) && value != "Invalid") {
-      // A number is typed in the chosen display units, with their unit or none.
-      const std::string unit = UnitOf(item);
-      std::string number = value;
-      if (const size_t blank = value.find(' '); blank != std::string::npos) {
-        const std::string typed_unit = value.substr(blank + 1);
-        if (typed_unit != unit) {
-          err << "kolvane: error: " << item.path << ": \"" << value << "\" is in "
-              << typed_unit << "; expected " << (unit.empty() ? "no unit" : unit) << '\n';
-          return 1;
-        }
-        number = value.substr(0, blank);
-      }
-      try {
-        ReadNumber(number);
-      } catch (const Error&) {
-        err << "kolvane: error: " << item.path << ": \"" << value << "\" is not a number\n";
-        return 1;
-      }
-      value = Converter()->FromDisplayUnits(TypeName(item),
-                                            SNVTDataConversion::LocalizeNumber(number));
+    std::string value;
+    if (!ParseTypedValue(item, assignment.substr(equals + 1), value, error)) {
+      err << "kolvane: error: " << error << '\n';
+      return 1;
     }
     SetValueOf(item, value);
     const int32_t length = item.type ? item.type->ISNVType_Length() : 0;

@@ -1,0 +1,117 @@
+#include "Values.h"
+
+#include <optional>
+#include <sstream>
+
+#include "conversion/SNVTDataConversion.h"
+#include "foundation/Characters.h"
+#include "foundation/Error.h"
+#include "foundation/Numbers.h"
+#include "types/CSNVTType.h"
+
+namespace kolvane::cli {
+
+namespace {
+
+// A number as documents and users write it: "," or "." as decimal point.
+std::optional<double> NumberOf(std::string text) {
+  if (const size_t comma = text.find(','); comma != std::string::npos) text[comma] = '.';
+  try {
+    return ParseNumber(text);
+  } catch (const Error&) {
+    return std::nullopt;
+  }
+}
+
+bool CheckNumber(const ItemRef& item, const std::string& typed, std::string& value,
+                 std::string& error) {
+  const std::string id = item.type->ISNVType_ID();
+  const auto converter = CreateObjectAs<IUnitConverter>("UnitManager.Converter");
+  const std::string unit = converter->DisplayUnits(id);
+  const auto with_unit = [&unit](const std::string& number) {
+    return unit.empty() ? number : number + " " + unit;
+  };
+  std::string number = typed;
+  if (const size_t blank = typed.find(' '); blank != std::string::npos) {
+    const std::string typed_unit = typed.substr(blank + 1);
+    if (typed_unit != unit) {
+      error = item.path + ": \"" + typed + "\" is in " + typed_unit + "; expected " +
+              (unit.empty() ? "no unit" : unit);
+      return false;
+    }
+    number = typed.substr(0, blank);
+  }
+  const auto shown = NumberOf(number);
+  if (!shown) {
+    error = item.path + ": \"" + typed + "\" is not a number";
+    return false;
+  }
+  // The limits of the item's own type object, in display units, as the numeric dialog has them.
+  const auto limit = [&](const std::string& text) {
+    return text.empty() ? text
+                        : converter->ToDisplayUnits(id, SNVTDataConversion::LocalizeNumber(text));
+  };
+  const std::string minimum = limit(item.type->ISNVType_Min());
+  const std::string maximum = limit(item.type->ISNVType_Max());
+  if (const auto low = NumberOf(minimum); low && *shown < *low) {
+    error = item.path + ": " + with_unit(number) + ": The value is less than " + with_unit(minimum);
+    return false;
+  }
+  if (const auto high = NumberOf(maximum); high && *shown > *high) {
+    error = item.path + ": " + with_unit(number) + ": The value is greater than " +
+            with_unit(maximum);
+    return false;
+  }
+  value = converter->FromDisplayUnits(id, SNVTDataConversion::LocalizeNumber(number));
+  return true;
+}
+
+bool CheckState(const ItemRef& item, const std::string& typed, std::string& error) {
+  std::istringstream entries(item.type->ISNVType_EnumDesc());
+  std::string names;
+  for (std::string entry; std::getline(entries, entry, ';');) {
+    const size_t comma = entry.find(',');
+    if (comma == std::string::npos) continue;
+    const std::string name = entry.substr(comma + 1);
+    if (typed == name) return true;
+    names += (names.empty() ? "" : ", ") + name;
+  }
+  error = item.path + ": \"" + typed + "\" is no state of SNVT_" + item.type->ISNVType_ID() +
+          "; valid: " + names;
+  return false;
+}
+
+bool CheckText(const ItemRef& item, const std::string& typed, std::string& error) {
+  const int32_t room = item.type->ISNVType_Length() - 1;
+  if (room >= 0 && CharacterCount(typed) > static_cast<size_t>(room)) {
+    error = item.path + ": \"" + typed + "\": The text cannot exceed " + std::to_string(room) +
+            " characters";
+    return false;
+  }
+  return true;
+}
+
+}  // namespace
+
+bool ParseTypedValue(const ItemRef& item, const std::string& typed, std::string& value,
+                     std::string& error) {
+  value = typed;
+  if (!item.type || typed == "Invalid") return true;
+  switch (KindOf(*item.type)) {
+    case TypeKind::kSignedNumeric:
+    case TypeKind::kUnsignedNumeric:
+    case TypeKind::kFloat:
+      return CheckNumber(item, typed, value, error);
+    case TypeKind::kEnum:
+      return CheckState(item, typed, error);
+    case TypeKind::kTextual:
+      return CheckText(item, typed, error);
+    case TypeKind::kBitfield:
+    case TypeKind::kStruct:
+    case TypeKind::kUnknown:
+      return true;
+  }
+  return true;
+}
+
+}  // namespace kolvane::cli
