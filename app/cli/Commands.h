@@ -53,6 +53,7 @@ struct SaveOptions {
   std::string profile;
   std::string output;
   std::vector<std::string> assignments;  // ITEM[.FIELD...]=VALUE
+  std::string values_file;               // CSV of path,value rows; none when empty
   bool interoperability = false;
 };
 int RunSave(const SaveOptions& options, std::ostream& out, std::ostream& err);
@@ -63,5 +64,21 @@ struct CheckOptions {
   std::string profile;
 };
 int RunCheck(const CheckOptions& options, std::ostream& out, std::ostream& err);
+
+// "kolvane export": one row per item and per field, as CSV or JSON.
+struct ExportOptions {
+  CommonOptions common;
+  std::string profile;
+  std::string format = "csv";  // "csv" or "json"
+};
+int RunExport(const ExportOptions& options, std::ostream& out, std::ostream& err);
+
+// "kolvane diff": two profiles, or two values documents, item by item; 0 equal, 1 different.
+struct DiffOptions {
+  CommonOptions common;
+  std::string first;
+  std::string second;
+};
+int RunDiff(const DiffOptions& options, std::ostream& out, std::ostream& err);
 
 }  // namespace kolvane::cli

@@ -1,4 +1,6 @@
+#include <algorithm>
 #include <filesystem>
+#include <fstream>
 #include <map>
 #include <set>
 #include <sstream>
@@ -7,6 +9,7 @@
 #include "Documents.h"
 #include "Items.h"
 #include "Json.h"
+#include "Csv.h"
 #include "Table.h"
 #include "Values.h"
 #include "conversion/SNVTDataConversion.h"
@@ -100,6 +103,7 @@ void WriteCounts(JsonWriter& json, const Counts& counts) {
 
 // One finding of "check".
 struct Finding {
+  const char* code;  // stable, for scripts: see README
   bool error;
   std::string item;
   std::string text;
@@ -158,7 +162,8 @@ void CheckState(const ItemRef& item, std::vector<Finding>& findings) {
     }
   }
   findings.push_back(
-      {true, item.path, "value " + value + " is no state of SNVT_" + item.type->ISNVType_ID()});
+      {"value-unknown-state", true, item.path,
+       "value " + value + " is no state of SNVT_" + item.type->ISNVType_ID()});
 }
 
 // A finding for a number value outside the catalogue limits of its type.
@@ -171,34 +176,38 @@ void CheckRange(const ItemRef& item, std::vector<Finding>& findings) {
   if (!IsNumeric(KindOf(*item.type))) return;
   const std::string value = ValueOf(item);
   if (value.empty() || value == "Invalid") return;
-  const std::string id = item.type->ISNVType_ID();
-  const std::string minimum = internal::SnvtChildText(id, "MIN");
-  const std::string maximum = internal::SnvtChildText(id, "MAX");
+  // The limits of the item's own type object: a property's bounds are there.
+  const std::string minimum = item.type->ISNVType_Min();
+  const std::string maximum = item.type->ISNVType_Max();
   try {
     const double number = ReadNumber(value);
     if (!minimum.empty() && number < ParseNumber(minimum)) {
-      findings.push_back({true, item.path,
+      findings.push_back({"value-below-minimum", true, item.path,
                           "value " + Shown(item, value) + " is below the minimum " +
                               Shown(item, minimum)});
     } else if (!maximum.empty() && number > ParseNumber(maximum)) {
-      findings.push_back({true, item.path,
+      findings.push_back({"value-above-maximum", true, item.path,
                           "value " + Shown(item, value) + " is above the maximum " +
                               Shown(item, maximum)});
     }
   } catch (const Error&) {
-    findings.push_back({true, item.path, "value \"" + value + "\" is not a number"});
+    findings.push_back({"value-not-a-number", true, item.path, "value \"" + value + "\" is not a number"});
   }
 }
 
 void CheckItem(const ItemRef& item, std::vector<Finding>& findings) {
   const std::string id = TypeName(item);
   if (!item.type || item.type->ISNVType_GenType().empty()) {
-    findings.push_back({true, item.path,
-                        id.empty() ? "no type given" : "type SNVT_" + id + " is not in the catalogue"});
+    if (id.empty()) {
+      findings.push_back({"type-missing", true, item.path, "no type given"});
+    } else {
+      findings.push_back(
+          {"type-unknown", true, item.path, "type SNVT_" + id + " is not in the catalogue"});
+    }
     return;
   }
   if (item.type->ISNVType_LUIType().empty()) {
-    findings.push_back({true, item.path, "type SNVT_" + id + " has a bad kind \"" +
+    findings.push_back({"type-bad-kind", true, item.path, "type SNVT_" + id + " has a bad kind \"" +
                                              item.type->ISNVType_GenType() + "\""});
     return;
   }
@@ -206,10 +215,11 @@ void CheckItem(const ItemRef& item, std::vector<Finding>& findings) {
     StructureWalk walk;
     const int64_t size = WalkStructure(id, walk);
     if (!walk.loop.empty()) {
-      findings.push_back({true, item.path, "structure SNVT_" + walk.loop + " contains itself"});
+      findings.push_back({"structure-loop", true, item.path,
+                          "structure SNVT_" + walk.loop + " contains itself"});
     }
     if (size > kMaxStructureFields) {
-      findings.push_back({true, item.path,
+      findings.push_back({"structure-too-large", true, item.path,
                           "structure SNVT_" + id + " has more than " +
                               std::to_string(kMaxStructureFields) + " fields"});
     }
@@ -275,6 +285,63 @@ int RunGet(const GetOptions& options, std::ostream& out, std::ostream& err) {
   return 0;
 }
 
+// Sets the values of a CSV file's path,value rows (a header row naming "path" and "value" picks
+// those columns; an empty value leaves the item as it is); every row is checked first, and each
+// refused one is reported as "FILE:LINE: ..."; false when any is.
+bool SetFromFile(const IProfile& profile, const std::string& path, std::ostream& err) {
+  std::ifstream in(path, std::ios::binary);
+  if (!in) {
+    err << "kolvane: error: " << path << ": cannot read\n";
+    return false;
+  }
+  std::vector<CsvRecord> records;
+  std::string error;
+  if (!ReadCsv(in, records, error)) {
+    err << "kolvane: error: " << path << ": " << error << '\n';
+    return false;
+  }
+  size_t path_column = 0;
+  size_t value_column = 1;
+  size_t columns = records.empty() ? 2 : records.front().fields.size();
+  size_t first = 0;
+  if (!records.empty() && !records.front().fields.empty() && records.front().fields[0] == "path") {
+    const auto& header = records.front().fields;
+    const auto value_at = std::find(header.begin(), header.end(), "value");
+    if (value_at == header.end()) {
+      err << "kolvane: error: " << path << ":" << records.front().line
+          << ": the header names no \"value\" column\n";
+      return false;
+    }
+    value_column = static_cast<size_t>(value_at - header.begin());
+    first = 1;
+  }
+  if (columns < 2) columns = 2;
+  std::vector<std::pair<ItemRef, std::string>> accepted;
+  bool refused = false;
+  for (size_t i = first; i < records.size(); ++i) {
+    const CsvRecord& record = records[i];
+    const std::string where = path + ":" + std::to_string(record.line) + ": ";
+    if (record.fields.size() != columns) {
+      err << "kolvane: error: " << where << record.fields.size() << " columns, expected "
+          << columns << '\n';
+      refused = true;
+      continue;
+    }
+    if (record.fields[value_column].empty()) continue;  // an empty cell leaves the value
+    const ItemRef item = FindItem(profile, record.fields[path_column], error);
+    std::string value;
+    if (!item.object || !ParseTypedValue(item, record.fields[value_column], value, error)) {
+      err << "kolvane: error: " << where << error << '\n';
+      refused = true;
+      continue;
+    }
+    accepted.emplace_back(item, value);
+  }
+  if (refused) return false;
+  for (const auto& [item, value] : accepted) SetValueOf(item, value);
+  return true;
+}
+
 int RunSave(const SaveOptions& options, std::ostream& out, std::ostream& err) {
   Session session(options.common, err);
   if (!session.Open()) return 1;
@@ -285,6 +352,8 @@ int RunSave(const SaveOptions& options, std::ostream& out, std::ostream& err) {
     err << "kolvane: error: " << options.output << ": will not write over the profile it read\n";
     return 1;
   }
+  // Values from a file first, all checked before anything is set.
+  if (!options.values_file.empty() && !SetFromFile(*profile, options.values_file, err)) return 1;
   for (const std::string& assignment : options.assignments) {
     const size_t equals = assignment.find('=');
     if (equals == std::string::npos) {
@@ -332,10 +401,10 @@ int RunCheck(const CheckOptions& options, std::ostream& out, std::ostream& err) 
   std::vector<Finding> findings;
   std::map<std::string, int> names;
   for (const ItemRef& item : TopItems(*profile)) {
-    if (++names[item.path] == 2) findings.push_back({true, item.path, "name used twice"});
+    if (++names[item.path] == 2) findings.push_back({"name-duplicate", true, item.path, "name used twice"});
     const auto property = std::dynamic_pointer_cast<CConfigProperty>(item.object);
     if (property && property->DefaultWarning()) {
-      findings.push_back({false, item.path,
+      findings.push_back({"default-assumed", false, item.path,
                           "Default value not defined into the XML file of the profile; " +
                               property->IConfigProperty_DefaultValue() + " assumed."});
     }
@@ -344,7 +413,8 @@ int RunCheck(const CheckOptions& options, std::ostream& out, std::ostream& err) 
     if (nv && nv->INetworkVariable_Direction() == internal::kOutput) {
       const auto compatibles = nv->INetworkVariable_SNVTCompatibles();
       if (!compatibles || compatibles->ICompatibleSNVTs_Count() == 0) {
-        findings.push_back({false, item.path, "output without compatible types"});
+        findings.push_back({"output-unconnectable", false, item.path,
+                            "output without compatible types"});
       }
     }
   }
@@ -355,6 +425,7 @@ int RunCheck(const CheckOptions& options, std::ostream& out, std::ostream& err) 
     json.BeginObject().Key("findings").BeginArray();
     for (const Finding& finding : findings) {
       json.BeginObject()
+          .Member("code", finding.code)
           .Member("severity", finding.error ? "error" : "warning")
           .Member("item", finding.item)
           .Member("text", finding.text)
@@ -365,7 +436,7 @@ int RunCheck(const CheckOptions& options, std::ostream& out, std::ostream& err) 
     for (const Finding& finding : findings) {
       if (!finding.error && options.common.quiet) continue;
       out << (finding.error ? "error: " : "warning: ") << finding.item << ": " << finding.text
-          << '\n';
+          << " [" << finding.code << "]\n";
     }
     if (findings.empty()) out << "no findings\n";
   }

@@ -73,7 +73,8 @@ bool CheckState(const ItemRef& item, const std::string& typed, std::string& erro
     const size_t comma = entry.find(',');
     if (comma == std::string::npos) continue;
     const std::string name = entry.substr(comma + 1);
-    if (typed == name) return true;
+    // By name, by number, or as the enumeration dialog writes a state: "(1,ON)".
+    if (typed == name || typed == entry.substr(0, comma) || typed == "(" + entry + ")") return true;
     names += (names.empty() ? "" : ", ") + name;
   }
   error = item.path + ": \"" + typed + "\" is no state of SNVT_" + item.type->ISNVType_ID() +

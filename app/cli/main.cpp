@@ -43,6 +43,8 @@ int main(int argc, char** argv) {
       "  kolvane get profile.xml nciSetpoint    one value\n"
       "  kolvane save profile.xml -o values.xml --set nciSetpoint=22.5\n"
       "  kolvane check profile.xml              findings before commissioning\n"
+      "  kolvane export profile.xml > all.csv   every item and field, one row each\n"
+      "  kolvane diff old.xml new.xml           what changed between two devices\n"
       "  kolvane raw temp_p 21.5                0866");
 
   kolvane::cli::ShowOptions show;
@@ -70,8 +72,29 @@ int main(int argc, char** argv) {
   AddProfile(save_command, save.profile);
   save_command->add_option("-o,--output", save.output, "Values document to write")->required();
   save_command->add_option("--set", save.assignments, "ITEM[.FIELD...]=VALUE, applied in order");
+  save_command->add_option("--set-from", save.values_file,
+                           "CSV of path,value rows (the export format's columns will do), all "
+                           "checked before anything is written");
   save_command->add_flag("--interop", save.interoperability, "Interoperability form");
   AddCommonOptions(save_command, save.common, true);
+
+  kolvane::cli::ExportOptions exported;
+  CLI::App* export_command = app.add_subcommand(
+      "export", "One row per item and per field: path, kind, type, direction, value, default, "
+                "minimum, maximum, unit, raw bytes; CSV (RFC 4180) or JSON.");
+  AddProfile(export_command, exported.profile);
+  export_command->add_option("--format", exported.format, "csv (default) or json")
+      ->check(CLI::IsMember({"csv", "json"}));
+  AddCommonOptions(export_command, exported.common, true);
+
+  kolvane::cli::DiffOptions diff;
+  CLI::App* diff_command = app.add_subcommand(
+      "diff", "Two profiles, or two values documents, item by item and field by field: items "
+              "only in one, type changes, value, default and limit changes. Exit status 0 when "
+              "equal, 1 when they differ, 2 on trouble.");
+  diff_command->add_option("FIRST", diff.first, "Profile or values document")->required();
+  diff_command->add_option("SECOND", diff.second, "Profile or values document")->required();
+  AddCommonOptions(diff_command, diff.common, true);
 
   kolvane::cli::CheckOptions check;
   CLI::App* check_command = app.add_subcommand(
@@ -122,6 +145,8 @@ int main(int argc, char** argv) {
   }
   if (app.got_subcommand(save_command)) return RunSave(save, std::cout, std::cerr);
   if (app.got_subcommand(check_command)) return RunCheck(check, std::cout, std::cerr);
+  if (app.got_subcommand(export_command)) return RunExport(exported, std::cout, std::cerr);
+  if (app.got_subcommand(diff_command)) return RunDiff(diff, std::cout, std::cerr);
   if (app.got_subcommand(types_command)) return RunTypes(types, std::cout, std::cerr);
   if (app.got_subcommand(raw_command)) return RunRaw(raw, std::cout, std::cerr);
   if (app.got_subcommand(compat_command)) return RunCompat(compat, std::cout, std::cerr);
