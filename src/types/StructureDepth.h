@@ -10,7 +10,7 @@ inline constexpr int kMaxStructureDepth = 32;
 
 // The most fields one structure expands to, nested fields included; a catalogue whose types
 // multiply beyond it is cut there, with a message, instead of holding up a load.
-inline constexpr int32_t kMaxStructureFields = 10000;
+inline constexpr int32_t kMaxStructureFields = 1000;
 
 namespace internal {
 
@@ -24,7 +24,7 @@ class StructureExpansion {
   StructureExpansion& operator=(const StructureExpansion&) = delete;
 
   // Counts one field. Past kMaxStructureFields: error 28, and once per outermost build the
-  // message "Error: SNVT_" + the outermost type + " has more than 10000 fields".
+  // message "Error: SNVT_" + the outermost type + " has more than 1000 fields".
   void CountField();
 };
 
