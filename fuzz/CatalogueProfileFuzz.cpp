@@ -37,7 +37,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   std::string cps;
   int n = 0;
   for (const std::string& id : kolvane::internal::SnvtIdentifiers()) {
-    if (++n > 48) break;
+    if (++n > 16) break;
     if (id.empty() || id.find_first_of("<>&\"' ") != std::string::npos) continue;
     const std::string k = std::to_string(n);
     nvs += "<nvi" + k + " Type=\"" + id + "\" Direction=\"In\" Key=\"P" + k +

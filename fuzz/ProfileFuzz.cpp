@@ -10,19 +10,10 @@
 #include "Kolvane.h"
 #include "foundation/Globals.h"
 
-namespace {
-
-std::shared_ptr<pugi::xml_document> Load(const char* path) {
-  auto document = std::make_shared<pugi::xml_document>();
-  document->load_file(path);
-  return document;
-}
-
-}  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
-  static const auto catalogue = Load(KOLVANE_SOURCE_DIR "/examples/snvts.xml");
-  static const auto table = Load(KOLVANE_SOURCE_DIR "/examples/nvotable.xml");
+  static const auto catalogue = LoadDocument(KOLVANE_SOURCE_DIR "/examples/snvts.xml");
+  static const auto table = LoadDocument(KOLVANE_SOURCE_DIR "/examples/nvotable.xml");
   auto document = std::make_shared<pugi::xml_document>();
   if (!document->load_buffer(data, size)) return 0;
   auto profile = kolvane::CreateProfile();

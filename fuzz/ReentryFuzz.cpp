@@ -14,21 +14,12 @@
 #include "Kolvane.h"
 #include "foundation/Globals.h"
 
-namespace {
-
-std::shared_ptr<pugi::xml_document> Load(const char* path) {
-  auto document = std::make_shared<pugi::xml_document>();
-  document->load_file(path);
-  return document;
-}
-
-}  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
-  static const auto catalogue = Load(KOLVANE_SOURCE_DIR "/examples/snvts.xml");
+  static const auto catalogue = LoadDocument(KOLVANE_SOURCE_DIR "/examples/snvts.xml");
   FuzzedDataProvider bytes(data, size);
-  auto table = Load(KOLVANE_SOURCE_DIR "/examples/nvotable.xml");
-  auto document = Load(KOLVANE_SOURCE_DIR "/examples/profile.xml");
+  auto table = LoadDocument(KOLVANE_SOURCE_DIR "/examples/nvotable.xml");
+  auto document = LoadDocument(KOLVANE_SOURCE_DIR "/examples/profile.xml");
   auto profile = kolvane::CreateProfile();
   profile->Iprofile_SetXmlDomDocs(catalogue, table);
 
@@ -80,7 +71,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
         break;
       case 7:
         // A table handed in again, or another one: the walk keeps the one it started with.
-        table = bytes.ConsumeBool() ? Load(KOLVANE_SOURCE_DIR "/examples/nvotable.xml")
+        table = bytes.ConsumeBool() ? LoadDocument(KOLVANE_SOURCE_DIR "/examples/nvotable.xml")
                                     : std::make_shared<pugi::xml_document>();
         profile->Iprofile_SetXmlDomDocs(catalogue, table);
         break;
@@ -104,7 +95,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
         break;
       default:
         // The document itself handed in again as another object.
-        document = Load(KOLVANE_SOURCE_DIR "/examples/profile.xml");
+        document = LoadDocument(KOLVANE_SOURCE_DIR "/examples/profile.xml");
         break;
     }
     --depth;
