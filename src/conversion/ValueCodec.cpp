@@ -48,8 +48,6 @@ void SetAttribute(pugi::xml_node element, const char* name, const std::string& v
 
 }  // namespace
 
-bool IsNumericKind(const std::string& kind) { return IsNumeric(ParseTypeKind(kind)); }
-
 std::string StructureText(const IFields& fields, const FieldText& text) {
   std::string out = "{";
   const int32_t count = fields.IFields_Count();

@@ -21,9 +21,6 @@
 // their members. Not visible to a host.
 namespace kolvane::codec {
 
-// "Float", "SignedNumeric" or "UnsignedNumeric".
-bool IsNumericKind(const std::string& kind);
-
 // One text of a field, for the rule at hand.
 using FieldText = std::function<std::string(const IField&)>;
 
