@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <optional>
 #include <unordered_map>
+#include <utility>
 
 #include "conversion/SNVTDataConversion.h"
 #include "foundation/Decimal.h"
@@ -128,8 +129,11 @@ void SetUnitTable(const std::shared_ptr<pugi::xml_document>& table) {
     const auto factor = Rational::FromFraction(entry.attribute("FACTOR").value());
     const auto offset = Rational::FromFraction(entry.attribute("OFFSET").as_string("0"));
     if (!factor || !offset || !(Rational() < *factor || *factor < Rational())) continue;
-    state.table.try_emplace(std::string(name.substr(5)),
-                            Conversion{entry.attribute("UNIT").value(), *factor, *offset});
+    Conversion conversion;
+    conversion.unit = entry.attribute("UNIT").value();
+    conversion.factor = *factor;
+    conversion.offset = *offset;
+    state.table.try_emplace(std::string(name.substr(5)), std::move(conversion));
   }
 }
 
