@@ -18,6 +18,8 @@ CXX=clang++ cmake -S . -B build/fuzz -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo 
 cmake --build build/fuzz
 mkdir -p build/fuzz/findings
 status=0
+passed=0
+failed=0
 for fuzzer in catalogue profile catalogue_profile value reentry; do
   scratch=$(mktemp -d)
   echo "== ${fuzzer}_fuzz: ${seconds} s"
@@ -27,9 +29,13 @@ for fuzzer in catalogue profile catalogue_profile value reentry; do
     echo "fuzz: ${fuzzer}_fuzz failed; see build/fuzz/${fuzzer}.log" >&2
     tail -n 40 build/fuzz/${fuzzer}.log >&2
     status=1
+    failed=$((failed + 1))
+  else
+    passed=$((passed + 1))
   fi
   grep -E "^stat::(number_of_executed_units|new_units_added)|cov: " build/fuzz/${fuzzer}.log |
     tail -n 3 || true
   rm -rf "$scratch"
 done
+echo "fuzzers: ${passed} passed, ${failed} failed"
 exit $status
