@@ -216,9 +216,7 @@ void CField::InitFromType(const std::string& type_name) {
     if (OnOwnPath(type_->ISNVType_Name())) {
       RaiseError(ErrorNumber::kOutOfStackSpace, "SNVT_" + type_name + " contains itself");
     }
-    if (Depth() >= kMaxStructureDepth) {
-      RaiseError(ErrorNumber::kOutOfStackSpace, "SNVT_" + type_name + " nests too deep");
-    }
+    if (Depth() >= kMaxStructureDepth) internal::StructureExpansion::TooDeep();
     fields_->BuildFromType(end_offset_, type_->ISNVType_Name(), kNestedNodeType, value_,
                            warn_missing_default_);
   });

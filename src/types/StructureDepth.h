@@ -26,6 +26,10 @@ class StructureExpansion {
   // Counts one field. Past kMaxStructureFields: error 28, and once per outermost build the
   // message "Error: SNVT_" + the outermost type + " has more than 1000 fields".
   void CountField();
+
+  // A structure field nests kMaxStructureDepth deep: error 28, and once per outermost build the
+  // message "Error: SNVT_" + the outermost type + " nests deeper than 32 levels".
+  static void TooDeep();
 };
 
 }  // namespace internal

@@ -328,6 +328,27 @@ TEST_F(CFieldsTest, SelfContainingStructuresStopWhereTheTypeRecurs) {
   EXPECT_EQ(inner_ping->IFields_Item("q")->IField_Fields()->IFields_Count(), 0);
 }
 
+// Distinct types nested past 32 levels stop there, with a message once per build.
+TEST_F(CFieldsTest, NestingIsBoundedWithAMessage) {
+  std::string types;
+  for (int level = 0; level < 40; ++level) {
+    const std::string me = "d" + std::to_string(level);
+    types += "<SNVT_" + me + "><NAME>" + me + "</NAME><TYPE>Struct</TYPE><Fields><a>u8</a><next>d" +
+             std::to_string(level + 1) + "</next></Fields></SNVT_" + me + ">";
+  }
+  ScopedCatalogue deep(BundledCatalogueWith(types));
+  MessageBoxRecorder boxes;
+  const auto built = BuildFields(owner, "d0");
+  EXPECT_EQ(boxes.boxes, (Boxes{{"Error: SNVT_d0 nests deeper than 32 levels", vbOKOnly, ""}}));
+  int levels = 0;
+  for (auto fields = std::static_pointer_cast<IFields>(built);
+       fields && fields->IFields_Count() > 0;
+       fields = fields->IFields_Item("next")->IField_Fields()) {
+    ++levels;
+  }
+  EXPECT_EQ(levels, 33);
+}
+
 // A catalogue whose types multiply without repeating is cut at a bound, with a message, instead of
 // holding up the load: 30 levels of two fields each would be about two thousand million fields.
 TEST_F(CFieldsTest, ExpansionOfOneStructureIsBounded) {
