@@ -152,6 +152,18 @@ struct ScopedDecimalSeparator {
   std::string decimal, alternate;
 };
 
+// US customary display units from the bundled unit table, for as long as the object lives.
+struct ScopedUsUnits {
+  ScopedUsUnits() : previous(SetUnitSystem(UnitSystem::kUSCustomary)) {
+    SetUnitTable(Parsed(KOLVANE_SOURCE_DIR "/examples/units.xml", true));
+  }
+  ~ScopedUsUnits() {
+    SetUnitSystem(previous);
+    SetUnitTable(nullptr);
+  }
+  UnitSystem previous;
+};
+
 // Registers factory under progId (an empty one unregisters it) while alive; afterwards the
 // built-in component of that ProgID is registered again, or none when it has no built-in.
 struct ScopedComponent {

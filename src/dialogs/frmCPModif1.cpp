@@ -79,6 +79,12 @@ void frmCPModif1::Form_Load() {
   SetText(txtNewCPValue, text);
   const bool is_float = type && ToUpper(type->ISNVType_GenType()) == "FLOAT";
   decimal_limit_ = is_float ? kFloatDecimals : (type ? std::max(0, -type->ISNVType_BCoef()) : 0);
+  // Display units may show more decimals than the type's own unit has: as many may be typed.
+  for (const std::string& shown : {text, minimum_, maximum_}) {
+    const size_t point = shown.find(Globals::DecimalPoint());
+    if (point == std::string::npos || shown.find('E') != std::string::npos) continue;
+    decimal_limit_ = std::max(decimal_limit_, static_cast<int32_t>(shown.size() - point - 1));
+  }
   chkInvalid.Enabled = !is_float;
   chkInvalid.Value = !is_float && value == kInvalid ? 1 : 0;
   // A dialog is shown again for the same item: nothing of an earlier run stays.

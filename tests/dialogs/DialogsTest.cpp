@@ -108,6 +108,21 @@ TEST_F(DialogsTest, NumericDialogChecksAPropertysOwnBounds) {
   EXPECT_EQ(set->IConfigProperty_Value(), "21.5");
 }
 
+// In US units the dialog shows and takes °F, with as many decimals as the display shows.
+TEST_F(DialogsTest, NumericDialogInUsUnits) {
+  ScopedUsUnits us;
+  const auto cp = NewCP("temp_p", "21.5");
+  Then<frmCPModif1>([&](frmCPModif1& d) {
+    EXPECT_EQ(Strings({d.txtNewCPValue.Text, d.lblUnits.Caption, d.lblMin.Caption}),
+              Strings({"70.7", "[°F]", "-459.706"}));
+    d.txtNewCPValue = {};
+    EXPECT_EQ(Type(d, "70.125"), "70.125");
+    d.cmdOk_Click();
+  });
+  cp->IConfigProperty_SetValue();
+  EXPECT_EQ(cp->IConfigProperty_Value(), "21.18");  // the nearest hundredth of a degree
+}
+
 TEST_F(DialogsTest, NumericKeyFilterAndWellFormedNumbers) {
   const auto d = Open<frmCPModif1>(NewCP("temp_p", "21.5"));
   // The whole text selected: Escape and "+" pass.

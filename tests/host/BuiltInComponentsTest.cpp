@@ -58,18 +58,6 @@ TEST(CUnitConverterTest, NumbersFromTheUserTakeEitherSeparator) {
   }
 }
 
-// US customary display units from the bundled unit table, for as long as the object lives.
-struct ScopedUsUnits {
-  ScopedUsUnits() : previous(SetUnitSystem(UnitSystem::kUSCustomary)) {
-    SetUnitTable(Parsed(KOLVANE_SOURCE_DIR "/examples/units.xml", true));
-  }
-  ~ScopedUsUnits() {
-    SetUnitSystem(previous);
-    SetUnitTable(nullptr);
-  }
-  UnitSystem previous;
-};
-
 TEST(CUnitConverterTest, UsCustomaryUnitsConvertExactlyAndBack) {
   ScopedCatalogue catalogue(kBundledCatalogue, true);
   ScopedDecimalSeparator point(".");
