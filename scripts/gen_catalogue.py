@@ -234,8 +234,17 @@ class Catalogue:
         while i < len(fields):
             f = fields[i]
             if f["kind"] == "Union":
-                raise Unsupported(f"field {f['name']} is a union of alternatives, which one "
-                                  "field list cannot hold")
+                # Alternatives over the same bytes: one field list cannot switch between them, so
+                # the union is its raw bytes, each settable in full.
+                byte = {"kind": "UnsignedNumeric", "type": "unsigned_short", "length": 1,
+                        "A": 1, "B": 0, "C": 0, "min": 0, "max": 255, "invalid": None}
+                byte_type = self.scalar_field_type(owner_id, byte, 1)
+                if f["length"] == 1:
+                    entries.append((f["name"], byte_type))
+                else:
+                    entries += [(f"{f['name']}_{n}", byte_type) for n in range(f["length"])]
+                i += 1
+                continue
             if f["kind"] == "Bitfield" and f.get("fields"):
                 # A container of named bits over several bytes.
                 type_id = f"{owner_id}_{f['name']}"
@@ -266,8 +275,6 @@ class Catalogue:
                 entries.append((name, type_id))
             elif f["kind"] == "Struct" and f["type"] in self.facts:
                 # A standard structure nested whole.
-                if self.has_union(self.facts[f["type"]].get("fields", [])):
-                    raise Unsupported(f"field {f['name']} is a {f['type']}, which holds a union")
                 entries.append((f["name"], short_id(f["type"])))
             elif f["kind"] == "Struct":
                 type_id = f"{owner_id}_{f['name']}"
@@ -290,9 +297,6 @@ class Catalogue:
                 entries.append((f["name"], self.scalar_field_type(owner_id, f, f["length"])))
             i += 1
         return entries
-
-    def has_union(self, fields):
-        return any(f["kind"] == "Union" or self.has_union(f.get("fields", [])) for f in fields)
 
     def struct_children(self, type_id, length, entries):
         children = [f"<NAME>{escape(type_id)}</NAME>", "<TYPE>Struct</TYPE>",
@@ -411,9 +415,12 @@ def build(facts, extras, user_types, us_units):
     table_entries = []
     for name in catalogue.order:
         t = catalogue.facts[name]
+        made = (dict(catalogue.helpers), dict(catalogue.helper_layouts))
         try:
             text, kind = catalogue.standard(t)
         except Unsupported as reason:
+            # Field types made for a type left out would be orphans.
+            catalogue.helpers, catalogue.helper_layouts = made
             catalogue.left_out[name] = str(reason)
             continue
         written.append(text)

@@ -3,6 +3,7 @@
 // Everything a host uses: the interfaces, the host services, the forms a FormHost runs, and the
 // classes a host creates itself with std::make_shared.
 
+#include "conversion/RawBytes.h"
 #include "dialogs/Form.h"
 #include "dialogs/frmCPModif1.h"
 #include "dialogs/frmCPModif2.h"

@@ -21,8 +21,10 @@ namespace {
 
 constexpr int kTrouble = 2;
 
-const std::vector<std::string> kColumns = {"path",    "kind",    "type", "direction", "value",
-                                           "default", "minimum", "maximum", "unit", "raw"};
+// "raw" holds the bytes a device holds; "raw_problem" why there are none.
+const std::vector<std::string> kColumns = {"path",    "kind",    "type",    "direction",
+                                           "value",   "default", "minimum", "maximum",
+                                           "unit",    "raw",     "raw_problem"};
 
 std::shared_ptr<IUnitConverter> Converter() {
   return CreateObjectAs<IUnitConverter>("UnitManager.Converter");
@@ -60,6 +62,7 @@ std::vector<std::string> RowOf(const ItemRef& item, const std::string& direction
   const std::vector<std::string> shown = DisplayOf(item);
   std::string value;
   ContinueOnError([&] { value = ValueOf(item); });
+  const RawBytes bytes = RawBytesOf(item);
   if (IsNumber(item.type.get())) {
     return {item.path,
             item.kind,
@@ -70,10 +73,11 @@ std::vector<std::string> RowOf(const ItemRef& item, const std::string& direction
             InDisplayUnits(id, item.type->ISNVType_Min()),
             InDisplayUnits(id, item.type->ISNVType_Max()),
             Converter()->DisplayUnits(id),
-            RawOf(item)};
+            bytes.raw,
+            bytes.problem};
   }
   return {item.path, item.kind, id, direction, value, shown[1], shown[2], shown[3], "",
-          RawOf(item)};
+          bytes.raw, bytes.problem};
 }
 
 void AddRows(const ItemRef& item, const std::string& direction,

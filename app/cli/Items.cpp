@@ -3,7 +3,6 @@
 #include <algorithm>
 
 #include "conversion/ValueCodec.h"
-#include "fields/CField.h"
 #include "foundation/ContinueOnError.h"
 #include "foundation/Text.h"
 
@@ -104,15 +103,6 @@ void SetValueOf(const ItemRef& item, const std::string& value) {
       nv->INetworkVariable_Value(joined);
     }
   }
-}
-
-std::string RawOf(const ItemRef& item) {
-  if (item.kind != "field") return app::TopRawOf(item);
-  std::string raw;
-  if (auto field = std::dynamic_pointer_cast<CField>(item.object)) {
-    ContinueOnError([&] { raw = field->RawText(); });
-  }
-  return raw;
 }
 
 }  // namespace kolvane::cli

@@ -22,7 +22,7 @@ ItemRef FindItem(const IProfile& profile, const std::string& path, std::string& 
 std::string ValueOf(const ItemRef& item);
 // Sets the value text through the member a host uses.
 void SetValueOf(const ItemRef& item, const std::string& value);
-// The raw bytes as hexadecimal text (a field's too); empty when the value has none.
-std::string RawOf(const ItemRef& item);
+using app::RawBytesOf;
+using app::RawColumnOf;
 
 }  // namespace kolvane::cli

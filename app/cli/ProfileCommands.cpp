@@ -64,7 +64,7 @@ void AddRows(Table& table, const ItemRef& item, const std::string& indent) {
   const std::string limits = app::LimitsOf(item, texts);
   table.AddRow({indent + item.path.substr(item.path.rfind('.') + 1),
                 indent.empty() ? item.kind : "", TypeName(item), texts[0], texts[1], limits,
-                RawOf(item)});
+                RawColumnOf(item)});
   for (const ItemRef& field : FieldsOf(item)) AddRows(table, field, indent + "  ");
 }
 
@@ -78,8 +78,10 @@ void WriteItem(JsonWriter& json, const ItemRef& item) {
       .Member("default", texts[1])
       .Member("min", texts[2])
       .Member("max", texts[3])
-      .Member("unit", UnitOf(item))
-      .Member("raw", RawOf(item));
+      .Member("unit", UnitOf(item));
+  const RawBytes bytes = RawBytesOf(item);
+  json.Member("raw", bytes.raw);
+  if (!bytes.problem.empty()) json.Member("raw_problem", bytes.problem);
   const auto fields = FieldsOf(item);
   if (!fields.empty()) {
     json.Key("fields").BeginArray();
@@ -195,7 +197,42 @@ void CheckRange(const ItemRef& item, std::vector<Finding>& findings) {
   }
 }
 
+// Findings for a value whose bytes are not what it says: no raw form of the type's length (a
+// leaf's own, or a structure's when its fields together have none), or "Invalid" written as a
+// pattern a device reads as a valid value.
+void CheckRawForm(const ItemRef& item, std::vector<Finding>& findings) {
+  const std::string value = ValueOf(item);
+  if (!item.fields && value.empty()) return;
+  if (!item.fields && value == "Invalid") {
+    if (const std::string note = InvalidPatternNote(*item.type); !note.empty()) {
+      findings.push_back({"invalid-pattern", false, item.path, note});
+    }
+  }
+  const RawBytes bytes = CheckedRawBytes(item.object);
+  if (!bytes.problem.empty()) {
+    findings.push_back({"raw-unrepresentable", true, item.path,
+                        "value " + value + " has no raw form: " + bytes.problem});
+    return;
+  }
+  // A structure's length as the catalogue gives it: an item's own type may sum its fields.
+  size_t length = static_cast<size_t>(item.type->ISNVType_Length());
+  if (item.fields) {
+    try {
+      length = static_cast<size_t>(
+          ParseNumber(internal::SnvtChildText(TypeName(item), "LENGTH")));
+    } catch (const Error&) {
+      return;  // no length to hold the fields to
+    }
+  }
+  if (!bytes.raw.empty() && bytes.raw.size() != 2 * length) {
+    findings.push_back({"raw-unrepresentable", true, item.path,
+                        "the fields give " + std::to_string(bytes.raw.size() / 2) + " of the " +
+                            std::to_string(length) + " bytes of SNVT_" + TypeName(item)});
+  }
+}
+
 void CheckItem(const ItemRef& item, std::vector<Finding>& findings) {
+  const size_t before = findings.size();
   const std::string id = TypeName(item);
   if (!item.type || item.type->ISNVType_GenType().empty()) {
     if (id.empty()) {
@@ -226,6 +263,10 @@ void CheckItem(const ItemRef& item, std::vector<Finding>& findings) {
   }
   CheckRange(item, findings);
   for (const ItemRef& field : FieldsOf(item)) CheckItem(field, findings);
+  // Leaves, and whole items whose parts gave no finding.
+  if (findings.size() == before && (!item.fields || item.kind != "field")) {
+    CheckRawForm(item, findings);
+  }
 }
 
 }  // namespace
@@ -276,7 +317,9 @@ int RunGet(const GetOptions& options, std::ostream& out, std::ostream& err) {
   if (options.common.json) {
     JsonWriter json(out);
     json.BeginObject().Member("item", item.path).Member("type", TypeName(item));
-    json.Member("value", value).Member("unit", UnitOf(item)).Member("raw", RawOf(item));
+    const RawBytes bytes = RawBytesOf(item);
+    json.Member("value", value).Member("unit", UnitOf(item)).Member("raw", bytes.raw);
+    if (!bytes.problem.empty()) json.Member("raw_problem", bytes.problem);
     WriteMessages(json, session.messages());
     json.EndObject();
   } else {
@@ -372,10 +415,9 @@ int RunSave(const SaveOptions& options, std::ostream& out, std::ostream& err) {
       return 1;
     }
     SetValueOf(item, value);
-    const int32_t length = item.type ? item.type->ISNVType_Length() : 0;
-    if (RawOf(item).size() != 2 * static_cast<size_t>(length)) {
+    if (const RawBytes bytes = RawBytesOf(item); !bytes.problem.empty()) {
       err << "kolvane: error: " << item.path << ": \"" << value << "\" does not fit SNVT_"
-          << TypeName(item) << " (" << length << " bytes)\n";
+          << TypeName(item) << ": " << bytes.problem << '\n';
       return 1;
     }
   }

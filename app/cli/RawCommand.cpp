@@ -1,6 +1,7 @@
 #include "Commands.h"
 #include "Documents.h"
 #include "Json.h"
+#include "Values.h"
 #include "conversion/SNVTDataConversion.h"
 #include "foundation/Error.h"
 #include "foundation/Globals.h"
@@ -10,42 +11,43 @@
 namespace kolvane::cli {
 
 int RunRaw(const RawOptions& options, std::ostream& out, std::ostream& err) {
-  if (!UseCatalogue(options.common.catalogue, err)) return 1;
+  // A session for the display units a typed value is read in.
+  Session session(options.common, err);
+  if (!session.Open()) return 1;
+  Globals::SetSnvtCatalogDocument(session.catalogue());
   Globals::DetectDecimalSeparator();
-  const std::string name = "SNVT_" + options.type;
-  if (!internal::FindSnvtElement(options.type)) {
+  std::string id = options.type;
+  if (id.rfind("SNVT_", 0) == 0) id.erase(0, 5);
+  const std::string name = "SNVT_" + id;
+  if (!internal::FindSnvtElement(id)) {
     err << "kolvane: error: no type " << name << " in the catalogue\n";
     return 1;
   }
-  CSNVTType type;
-  type.Load(options.type);
-  const std::string kind = type.ISNVType_GenType();
-  if (kind == "Struct") {
+  auto type = std::make_shared<CSNVTType>();
+  type->Load(id);
+  if (type->Kind() == TypeKind::kStruct) {
     err << "kolvane: error: " << name
         << " is a structure: its raw value is made from its fields' values\n";
     return 1;
   }
-  std::string raw;
-  try {
-    SNVTDataConversion::internal::AppendValueToRaw(raw, options.value, type.Kind(),
-                                                   type.ISNVType_Length(),
-                                                   static_cast<int16_t>(type.ISNVType_ACoef()),
-                                                   static_cast<int16_t>(type.ISNVType_BCoef()),
-                                                   static_cast<int16_t>(type.ISNVType_CCoef()));
-  } catch (const Error& error) {
-    err << "kolvane: error: \"" << options.value << "\" has no raw form as " << name << ": "
-        << error.what() << '\n';
+  // The value is read as "save --set" reads it: display units, a typed unit, state names.
+  const ItemRef item{name, "type", nullptr, type, nullptr};
+  std::string value;
+  std::string error;
+  if (!ParseTypedValue(item, options.value, value, error)) {
+    err << "kolvane: error: " << error << '\n';
     return 1;
   }
-  const size_t expected = 2 * static_cast<size_t>(type.ISNVType_Length());
-  if (raw.size() != expected) {
-    err << "kolvane: error: " << name << " (" << kind << ", " << type.ISNVType_Length()
-        << " bytes) has no raw form of its length; the conversion gave \"" << raw << "\"\n";
+  std::string raw;
+  try {
+    raw = SNVTDataConversion::CheckedValueToRaw(value, *type);
+  } catch (const Error& refused) {
+    err << "kolvane: error: " << name << ": " << refused.detail() << '\n';
     return 1;
   }
   if (options.common.json) {
     JsonWriter json(out);
-    json.BeginObject().Member("type", options.type).Member("value", options.value);
+    json.BeginObject().Member("type", id).Member("value", options.value);
     json.Member("raw", raw).EndObject();
   } else {
     out << raw << '\n';

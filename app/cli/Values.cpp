@@ -92,12 +92,17 @@ bool CheckText(const ItemRef& item, const std::string& typed, std::string& error
   return true;
 }
 
-}  // namespace
-
-bool ParseTypedValue(const ItemRef& item, const std::string& typed, std::string& value,
-                     std::string& error) {
-  value = typed;
-  if (!item.type || typed == "Invalid") return true;
+bool CheckKind(const ItemRef& item, const std::string& typed, std::string& value,
+               std::string& error) {
+  if (typed == "Invalid") {
+    if (item.type->ISNVType_InvalidValue().empty()) {
+      const std::string name = "SNVT_" + item.type->ISNVType_ID();
+      error = item.path + ": \"Invalid\": " + (item.path == name ? "the type" : name) +
+              " has no invalid value";
+      return false;
+    }
+    return true;
+  }
   switch (KindOf(*item.type)) {
     case TypeKind::kSignedNumeric:
     case TypeKind::kUnsignedNumeric:
@@ -113,6 +118,44 @@ bool ParseTypedValue(const ItemRef& item, const std::string& typed, std::string&
       return true;
   }
   return true;
+}
+
+}  // namespace
+
+bool ParseTypedValue(const ItemRef& item, const std::string& typed, std::string& value,
+                     std::string& error) {
+  value = typed;
+  if (!item.type) return true;
+  if (!CheckKind(item, typed, value, error)) return false;
+  if (KindOf(*item.type) == TypeKind::kStruct) return true;
+  // What the edit dialogs let pass must still fit the type's bytes.
+  try {
+    SNVTDataConversion::CheckedValueToRaw(value, *item.type);
+  } catch (const Error& refused) {
+    error = item.path + ": " + refused.detail();
+    return false;
+  }
+  return true;
+}
+
+std::string InvalidPatternNote(const ISNVType& type) {
+  const std::string pattern = SNVTDataConversion::InvalidPattern(KindOf(type), type.ISNVType_Length());
+  if (pattern.empty()) return "";
+  const std::string name = "SNVT_" + type.ISNVType_ID();
+  const std::string invalid = type.ISNVType_InvalidValue();
+  if (invalid.empty()) {
+    return "\"Invalid\" is written as " + pattern + ", but " + name +
+           " has no invalid value: a device reads it as a valid value";
+  }
+  std::string expected;
+  try {
+    expected = SNVTDataConversion::CheckedValueToRaw(invalid, type);
+  } catch (const Error& error) {
+    return name + "'s invalid value " + invalid + " has no raw form: " + error.detail();
+  }
+  if (expected == pattern) return "";
+  return "\"Invalid\" is written as " + pattern + ", but " + name + "'s invalid value " +
+         invalid + " is " + expected + ": a device reads " + pattern + " as a valid value";
 }
 
 }  // namespace kolvane::cli

@@ -31,16 +31,11 @@ std::vector<ItemRef> FieldsOf(const ItemRef& item) {
   return fields;
 }
 
-std::string TopRawOf(const ItemRef& item) {
-  std::string raw;
-  ContinueOnError([&] {
-    if (auto nv = std::dynamic_pointer_cast<INetworkVariable>(item.object)) {
-      raw = nv->INetworkVariable_RawValue();
-    } else if (auto cp = std::dynamic_pointer_cast<IConfigProperty>(item.object)) {
-      raw = cp->IConfigProperty_RawValue();
-    }
-  });
-  return raw;
+RawBytes RawBytesOf(const ItemRef& item) { return CheckedRawBytes(item.object); }
+
+std::string RawColumnOf(const ItemRef& item) {
+  const RawBytes bytes = RawBytesOf(item);
+  return bytes.problem.empty() ? bytes.raw : "! " + bytes.problem;
 }
 
 std::vector<std::string> DisplayOf(const ItemRef& item) {

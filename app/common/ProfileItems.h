@@ -27,9 +27,11 @@ std::vector<ItemRef> FieldsOf(const ItemRef& item);
 // Display texts: value, default, minimum, maximum; blanks trimmed, empty where a getter fails.
 std::vector<std::string> DisplayOf(const ItemRef& item);
 
-// Raw bytes of a network variable's or configuration property's value as hexadecimal text; empty
-// for a field and where the value has none.
-std::string TopRawOf(const ItemRef& item);
+// Raw bytes of an item's or field's value as a device holds them, or why it holds none.
+RawBytes RawBytesOf(const ItemRef& item);
+
+// The raw bytes as a column shows them: the hexadecimal text, or "! " and why there is none.
+std::string RawColumnOf(const ItemRef& item);
 
 // "minimum .. maximum" from DisplayOf's texts; empty for a structure (its fields have limits)
 // and for a type without any.

@@ -303,7 +303,9 @@ void MainWindow::RefreshRows() {
     widget->setText(kValue, QString::fromStdString(texts[0]));
     widget->setText(kDefault, QString::fromStdString(texts[1]));
     widget->setText(kLimits, QString::fromStdString(app::LimitsOf(row.item, texts)));
-    widget->setText(kRaw, QString::fromStdString(app::TopRawOf(row.item)));
+    const RawBytes bytes = app::RawBytesOf(row.item);
+    widget->setText(kRaw, QString::fromStdString(app::RawColumnOf(row.item)));
+    widget->setToolTip(kRaw, QString::fromStdString(bytes.problem));
   }
 }
 

@@ -32,6 +32,20 @@ std::string ValueToRaw(const std::string& value, const std::string& kind, int32_
 // error 6 beyond that range).
 std::string TypedValueToRaw(const std::string& value, const ISNVType& type);
 
+// How a value becomes raw bytes: as the routines above have it (an unreadable number counts as 0,
+// a byte above 255 is written FF), or checked, refusing whatever the type's bytes cannot hold.
+enum class RawMode { kRoutine, kChecked };
+
+// The raw text of a value of type with nothing clamped, cut, padded or read as 0: error 5 or 6
+// saying why when the value is no whole number text, lies outside the raw range of the type's
+// width, does not fit as text, or gives fewer bytes than the type's length (an "Invalid" 4-byte
+// number). Error 5 "no value" for an empty number.
+std::string CheckedValueToRaw(const std::string& value, const ISNVType& type);
+
+// The fixed pattern "Invalid" is written as: signed 7F or 7FFF, unsigned FF or FFFF (whatever the
+// length), float 7F810000; empty for the other kinds.
+std::string InvalidPattern(TypeKind kind, int32_t length);
+
 // The hexadecimal bytes of a number text (count bytes of a numeric or bit-field kind, 4 for
 // "Float", 1 for "Enum") or of a text's characters ("Textual"). Never raises: an unreadable
 // number counts as 0, and an error returns what was built.
@@ -44,7 +58,7 @@ namespace internal {
 
 // ValueToRaw that raises the error it meets; raw holds what was built until then.
 void AppendValueToRaw(std::string& raw, const std::string& value, TypeKind kind, int32_t length,
-                      int16_t a, int16_t b, int16_t c);
+                      int16_t a, int16_t b, int16_t c, RawMode mode);
 
 }  // namespace internal
 }  // namespace kolvane::SNVTDataConversion

@@ -133,6 +133,26 @@ std::string CFields::RawText() const {
   return raw;
 }
 
+std::string CFields::CheckedRawText() const {
+  std::string raw;
+  std::string empty;  // the first field without a value
+  bool any = false;
+  for (const auto& entry : items_) {
+    std::string field_raw;
+    try {
+      field_raw = entry.item->CheckedRawText();
+    } catch (const Error& error) {
+      RaiseError(error.number(), entry.item->IField_Name() + ": " + error.detail());
+    }
+    if (field_raw.empty() && empty.empty()) empty = entry.item->IField_Name();
+    any = any || !field_raw.empty();
+    raw += field_raw;
+  }
+  if (!any) return "";
+  if (!empty.empty()) RaiseError(ErrorNumber::kInvalidProcedureCall, empty + ": no value");
+  return raw;
+}
+
 std::string CFields::InvalidRawText() const {
   std::string raw;
   for (const auto& entry : items_) raw += entry.item->InvalidRawText();

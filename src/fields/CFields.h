@@ -54,6 +54,9 @@ class CFields final : public IFields {
   std::string RawText() const;
   // The fields' invalid raw texts joined, in order.
   std::string InvalidRawText() const;
+  // The fields' checked raw texts joined: empty when no field holds a value, else error
+  // "name: why" for the first field without a raw form (an empty one among filled ones too).
+  std::string CheckedRawText() const;
   // The fields, in order.
   const KeyedCollection<std::shared_ptr<CField>>& Items() const { return items_; }
 

@@ -157,6 +157,16 @@ Int128 Rational::Round() const {
   return whole;
 }
 
+Int128 Rational::RoundHalfEven() const {
+  Int128 whole = numerator_ / denominator_;  // towards zero
+  const Int128 rest = numerator_ % denominator_;
+  const Int128 twice = 2 * (rest < 0 ? -rest : rest);
+  if (twice > denominator_ || (twice == denominator_ && whole % 2 != 0)) {
+    whole += numerator_ < 0 ? -1 : 1;
+  }
+  return whole;
+}
+
 std::string Rational::Text(int decimals, char point) const {
   const Int128 scaled = (*this * PowerOfTen(decimals)).Round();
   Int128 magnitude = scaled < 0 ? -scaled : scaled;

@@ -34,6 +34,8 @@ class Rational {
 
   // The nearest integer, halves away from zero.
   Int128 Round() const;
+  // The nearest integer, halves to the even one.
+  Int128 RoundHalfEven() const;
   // The value with at most decimals digits after the point (rounded, halves away from zero,
   // trailing zeros dropped) and point as the decimal separator.
   std::string Text(int decimals, char point) const;

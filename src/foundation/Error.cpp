@@ -13,7 +13,9 @@ std::string Describe(int32_t number, const std::string& detail) {
 }  // namespace
 
 Error::Error(int32_t number, const std::string& detail)
-    : std::runtime_error(Describe(number, detail)), number_(number) {}
+    : std::runtime_error(Describe(number, detail)),
+      number_(number),
+      detail_(detail.empty() ? ErrorDescription(number) : detail) {}
 
 std::string ErrorDescription(int32_t number) {
   switch (number) {

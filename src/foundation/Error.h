@@ -28,9 +28,12 @@ class KOLVANE_API Error : public std::runtime_error {
 
   // The error number (see ErrorNumber).
   int32_t number() const noexcept { return number_; }
+  // The detail given, without the standard description; the description when none was.
+  const std::string& detail() const noexcept { return detail_; }
 
  private:
   int32_t number_;
+  std::string detail_;
 };
 
 // The standard description of an error number ("Overflow", "Type mismatch", ...).

@@ -80,17 +80,21 @@ Int RoundTo(double number) {
 
 }  // namespace
 
-double LeadingNumber(std::string_view text) {
+std::string LeadingNumberText(std::string_view text) {
   std::string compact;
   for (char c : text) {
     if (!IsBlank(c)) compact += c;
   }
-  const size_t length = NumberPrefixLength(compact);
-  if (length == 0) return 0.0;
-  return ConvertNumber(std::string_view(compact).substr(0, length));
+  compact.resize(NumberPrefixLength(compact));
+  return compact;
 }
 
-double ParseNumber(std::string_view text, char decimal_point) {
+double LeadingNumber(std::string_view text) {
+  const std::string number = LeadingNumberText(text);
+  return number.empty() ? 0.0 : ConvertNumber(number);
+}
+
+std::string NumberText(std::string_view text, char decimal_point) {
   text = SkipBlanks(text);
   while (!text.empty() && IsBlank(text.back())) text.remove_suffix(1);
   std::string number(text);
@@ -107,7 +111,11 @@ double ParseNumber(std::string_view text, char decimal_point) {
   if (length == 0 || length != number.size()) {
     RaiseError(ErrorNumber::kTypeMismatch, "\"" + std::string(text) + "\" is not a number");
   }
-  return ConvertNumber(number);
+  return number;
+}
+
+double ParseNumber(std::string_view text, char decimal_point) {
+  return ConvertNumber(NumberText(text, decimal_point));
 }
 
 std::string GeneralText(double number, int significant_digits,

@@ -12,6 +12,14 @@ namespace kolvane {
 // text without a leading number gives 0. Error 6 when the number is out of range.
 double LeadingNumber(std::string_view text);
 
+// The leading number of a text as LeadingNumber finds it, blanks removed and "." as decimal
+// point ("- 1 2.5x" gives "-12.5"); empty when the text has none.
+std::string LeadingNumberText(std::string_view text);
+
+// The whole text as a number text with "." as decimal point, read as ParseNumber reads it; error
+// 13 when the text is not a number.
+std::string NumberText(std::string_view text, char decimal_point = '.');
+
 // The whole text as a number with decimal_point as decimal point, surrounding blanks allowed.
 // Error 13 when the text is not a number, 6 when it is out of range.
 double ParseNumber(std::string_view text, char decimal_point = '.');

@@ -54,6 +54,14 @@ std::string ItemCore::RawText() const {
   return SNVTDataConversion::TypedValueToRaw(value_, *type_);
 }
 
+std::string ItemCore::CheckedRawText() const {
+  if (fields_) return fields_->CheckedRawText();
+  if (!type_) RaiseError(ErrorNumber::kObjectNotSet, "the item has no type");
+  if (Kind() == TypeKind::kStruct) RaiseError(ErrorNumber::kObjectNotSet, "the structure has no fields");
+  if (value_.empty()) return "";
+  return SNVTDataConversion::CheckedValueToRaw(value_, *type_);
+}
+
 std::string ItemCore::InvalidRawText() const {
   if (fields_) return fields_->InvalidRawText();
   if (Kind() == TypeKind::kStruct) return "";

@@ -85,6 +85,10 @@ class ItemCore : public IDisplayItem,
   std::shared_ptr<ISNVType> DataPointType() const override;
   std::shared_ptr<IFields> DataPointFields() const override;
 
+  // RawText with nothing clamped, cut or read as 0: error naming the field and why when the
+  // value has no raw form of its type's length; empty when the item holds no value.
+  std::string CheckedRawText() const;
+
   // The type, with its project-internal members.
   std::shared_ptr<CSNVTType> Type() const { return type_; }
   // The field collection of a structure, else nullptr.

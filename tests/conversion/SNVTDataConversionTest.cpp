@@ -53,7 +53,8 @@ TEST(SNVTDataConversionTest, EnumStateNameComparesTheWholeValueText) {
 }
 
 // 70000 has high byte 273 (clamped) and low byte 112; -1 and -257 stop at their negative low
-// byte; "Invalid" of 4 bytes is written as of 2. With "." a text is read up to what is no number.
+// byte; "Invalid" of 4 bytes is written as of 2. Four bytes hold every 32-bit value of their kind
+// exactly and nothing beyond it. With "." a text is read up to what is no number.
 TEST(SNVTDataConversionTest, IntegersTakeTheirBytesByLength) {
   // clang-format off
   ExpectRaw({{"0", kU, 1, "00"}, {"255", kU, 1, "FF"}, {"256", kU, 1, "FF"}, {"128", kU, 1, "80"},
@@ -63,7 +64,12 @@ TEST(SNVTDataConversionTest, IntegersTakeTheirBytesByLength) {
              {"65536", kU, 2, "FF00"}, {"70000", kU, 2, "FF70"}, {"-1", kU, 2, "00"},
              {"-256", kU, 2, "FF00"}, {"-257", kU, 2, "FF"}, {"-2", kS, 4, "FFFFFFFE"},
              {"2000000000", kU, 4, "77359400"}, {"2147483000", kU, 4, "7FFFFD78"},
-             {"2147483647", kU, 4, ""}, {"3000000000", kU, 4, ""}, {"5", kU, 3, ""},
+             {"2147483647", kU, 4, "7FFFFFFF"}, {"3000000000", kU, 4, "B2D05E00"},
+             {"4294967295", kU, 4, "FFFFFFFF"}, {"4294967296", kU, 4, ""}, {"-1", kU, 4, ""},
+             {"2147483647", kS, 4, "7FFFFFFF"}, {"2147483648", kS, 4, ""},
+             {"-2147483648", kS, 4, "80000000"}, {"16777217", kS, 4, "01000001"},
+             {"123456789.4", kS, 4, "075BCD15"}, {"2.5", kS, 4, "00000002"},
+             {"3.5", kS, 4, "00000004"}, {"-2.5", kS, 4, "FFFFFFFE"}, {"5", kU, 3, ""},
              {"5", kS, 0, ""}, {"", kU, 2, "0AB4", 1, -1, -2740}, {"7", kS, 2, "0000", 0, 0, 5},
              {"Invalid", kS, 1, "7F"}, {"Invalid", kS, 2, "7FFF"}, {"Invalid", kS, 4, "7FFF"},
              {"Invalid", kU, 1, "FF"}, {"Invalid", kU, 2, "FFFF"}, {"Invalid", kU, 4, "FFFF"},
@@ -73,8 +79,8 @@ TEST(SNVTDataConversionTest, IntegersTakeTheirBytesByLength) {
   // clang-format on
 }
 
-// 50.25 and 50.75 scale to 100.5 and 101.5 (ties to even); 4-byte values pass through single
-// precision and 7 digits (16777217 as 1.677722E+07). A float text that cannot be read at all
+// 50.25 and 50.75 scale to 100.5 and 101.5 (ties to even); scaling is exact at every width. A
+// float text that cannot be read at all
 // (beyond double range) counts as 0, unlike one that reads but does not fit single precision.
 // Texts are not localised, blank padded, Windows-1252 ("?" for what it lacks) and end in zero.
 // Bit fields are unscaled integers.
@@ -88,7 +94,8 @@ TEST(SNVTDataConversionTest, OtherKindsReadEitherSeparator) {
       {"26", kU, 2, "0BB8", 1, -1, -2740}, {"26.5", kU, 2, "0BBD", 1, -1, -2740},
       {"100", kS, 2, "4E20", 5, -3}, {"-0.5", kS, 2, "FF9C", 5, -3}, {"100", kU, 1, "C8", 5, -1},
       {"50,25", kU, 1, "64", 5, -1}, {"50.75", kU, 1, "66", 5, -1},
-      {"16777217", kU, 4, "01000004"},
+      {"16777217", kU, 4, "01000001"}, {"1234567.8", kU, 4, "00BC614E", 1, -1},
+      {"-2147483.648", kS, 4, "80000000", 1, -3},
       {"21.5", "Float", 4, "41AC0000"}, {"21,5", "Float", 4, "41AC0000"},
       {"0,1", "Float", 4, "3DCCCCCD"}, {"-1", "Float", 4, "BF800000"},
       {"", "Float", 4, "7F810000"}, {"Invalid", "Float", 4, "7F810000"},
@@ -99,8 +106,10 @@ TEST(SNVTDataConversionTest, OtherKindsReadEitherSeparator) {
       {"é€x", "Textual", 3, "E98000"}, {"日", "Textual", 3, "3F2000"},
       {"", "Textual", 3, "202000"}, {"X", "Textual", 1, "00"}, {"X", "Textual", 0, ""},
       {"32768", "Bitfield", 2, "8000"}, {"10", "Bitfield", 1, "0A", 5, -1, 3},
-      {"2147483647", "Bitfield", 4, "7FFFFFFF"}, {"2147483648", "Bitfield", 4, ""},
-      {"1", "Bitfield", 8, ""}, {"1", "Struct", 2, ""}, {"1", "Bogus", 2, ""}};
+      {"2147483647", "Bitfield", 4, "7FFFFFFF"}, {"2147483648", "Bitfield", 4, "80000000"},
+      {"4294967296", "Bitfield", 4, ""}, {"1", "Bitfield", 8, "0000000000000001"},
+      {"18446744073709551615", "Bitfield", 8, "FFFFFFFFFFFFFFFF"},
+      {"18446744073709551616", "Bitfield", 8, ""}, {"1", kU, 8, ""}, {"1", "Struct", 2, ""}, {"1", "Bogus", 2, ""}};
   // clang-format on
   ExpectRaw(cases, ".");
   ExpectRaw(cases, ",");

@@ -1,0 +1,18 @@
+#include "conversion/RawBytes.h"
+
+#include "foundation/Error.h"
+#include "items/ItemCore.h"
+
+namespace kolvane {
+
+RawBytes CheckedRawBytes(const std::shared_ptr<IUnknown>& item) {
+  const auto core = std::dynamic_pointer_cast<internal::ItemCore>(item);
+  if (!core) return {"", "not a network variable, configuration property or field"};
+  try {
+    return {core->CheckedRawText(), ""};
+  } catch (const Error& error) {
+    return {"", error.detail()};
+  }
+}
+
+}  // namespace kolvane
