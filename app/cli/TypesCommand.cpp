@@ -1,3 +1,5 @@
+#include <cstdlib>
+
 #include "Commands.h"
 
 #include "Documents.h"
@@ -38,9 +40,11 @@ std::string Note(const CSNVTType& type) {
   return note.empty() ? "" : "states: " + note;
 }
 
-// A structure's length comes from its fields, not from the catalogue.
+// Bytes of a value of the type: a structure's as its catalogue element declares them (the type
+// object of a structure reads none), empty when it declares none.
 std::string Bytes(const CSNVTType& type) {
-  return type.Kind() == TypeKind::kStruct ? "" : std::to_string(type.ISNVType_Length());
+  if (type.Kind() != TypeKind::kStruct) return std::to_string(type.ISNVType_Length());
+  return internal::SnvtChildText(type.ISNVType_ID(), "LENGTH");
 }
 
 }  // namespace
@@ -78,7 +82,7 @@ int RunTypes(const TypesOptions& options, std::ostream& out, std::ostream& err) 
           .Member("id", type.ISNVType_ID())
           .Member("kind", type.ISNVType_GenType())
           .Key("length")
-          .Number(type.ISNVType_Length())
+          .Number(std::atoi(Bytes(type).c_str()))
           .Key("a")
           .Number(type.ISNVType_ACoef())
           .Key("b")

@@ -78,6 +78,36 @@ class GeneratorTest(unittest.TestCase):
         self.assertEqual([(u.tag, u.get("UNIT"), u.get("FACTOR"), u.get("OFFSET")) for u in units],
                          [("SNVT_temp_p", "°F", "9/5", "32")])
 
+    def test_a_union_is_its_bytes_and_every_field_type_is_used(self):
+        union = json.loads(json.dumps(STRUCT))
+        union["name"], union["index"], union["length"] = "SNVT_choice", 201, 5
+        union["fields"].append({"name": "setting", "kind": "Union", "type": "union", "length": 2,
+                                "offset": 3, "fields": [
+                                    {"name": "level", "kind": "UnsignedNumeric",
+                                     "type": "unsigned_long", "length": 2, "offset": 0, "A": 1,
+                                     "B": -1, "C": 0, "min": 0, "max": 100, "invalid": None}]})
+        result, out = self.run_generator([NUMBER, ENUM, union])
+        self.assertEqual(result.returncode, 0, result.stderr)
+        catalogue = ElementTree.parse(os.path.join(out, "snvts.xml")).getroot()
+        self.assertEqual([(f.tag, f.text) for f in catalogue.find("SNVT_choice").find("Fields")],
+                         [("level", "temp_p"), ("mode", "occupancy"),
+                          ("setting_0", "unsigned_short"), ("setting_1", "unsigned_short")])
+        self.assertEqual(catalogue.find("SNVT_unsigned_short").findtext("MAX"), "255")
+        # Nothing is made for the union's alternatives.
+        self.assertIsNone(catalogue.find("SNVT_choice_setting_level"))
+
+    def test_the_bundled_catalogue_holds_every_standard_type_and_no_orphan(self):
+        catalogue = ElementTree.parse(os.path.join(ROOT, "examples", "snvts.xml")).getroot()
+        with open(os.path.join(ROOT, "data", "snvts.json"), encoding="utf-8") as f:
+            facts = json.load(f)
+        names = {t.tag for t in catalogue}
+        self.assertEqual({t["name"] for t in facts} - names, set())
+        used = {f.text for t in catalogue for fields in t.findall("Fields") for f in fields}
+        standard = {t.tag for t in catalogue if t.get("INDEX")}
+        user = {t.tag for t in catalogue if t.tag[5:].isdigit()}
+        self.assertEqual({name for name in names - standard - user if name[5:] not in used},
+                         set())
+
     def test_the_committed_catalogue_is_the_generated_one(self):
         out = tempfile.mkdtemp()
         result = subprocess.run([sys.executable, SCRIPT, "--out", out], capture_output=True,

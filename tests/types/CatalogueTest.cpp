@@ -40,9 +40,7 @@ class CatalogueTest : public ::testing::Test {
 };
 
 // Every type loads without a message; every number converts its minimum, its maximum and one
-// step above the minimum to the bytes its scaling gives. A raw value needing more than the 24
-// bits a single-precision number holds exactly is left out (the conversion goes through one),
-// as is a 4-byte unsigned value past the signed 32-bit range the conversion writes.
+// step above the minimum to the bytes its scaling gives, at every width.
 TEST_F(CatalogueTest, EveryTypeLoadsAndNumbersConvertToTheirScaledBytes) {
   const auto ids = internal::SnvtIdentifiers();
   ASSERT_GT(ids.size(), 400u);
@@ -61,7 +59,6 @@ TEST_F(CatalogueTest, EveryTypeLoadsAndNumbersConvertToTheirScaledBytes) {
     const double step = type->ISNVType_ACoef() * std::pow(10.0, type->ISNVType_BCoef());
     for (const double value : {low, high, low + step}) {
       const int64_t raw = RawOf(value, *type);
-      if (std::llabs(raw) >= (int64_t{1} << 24)) continue;
       const std::string text = SNVTDataConversion::LocalizeNumber(GeneralText(value, 15, "."));
       EXPECT_EQ(SNVTDataConversion::TypedValueToRaw(text, *type),
                 Hex(raw, type->ISNVType_Length()))
@@ -119,6 +116,80 @@ TEST_F(CatalogueTest, StructuresAddUpAndEnumerationDefaultsNameStates) {
     }
   }
   EXPECT_GT(structures, 70);
+  EXPECT_TRUE(boxes.boxes.empty());
+}
+
+// Sets every leaf field below fields to the text value_of gives for its type.
+template <class ValueOf>
+void FillFields(CFields& fields, ValueOf value_of) {
+  for (const auto& entry : fields.Items()) {
+    if (const auto inner = entry.item->Fields()) {
+      FillFields(*inner, value_of);
+    } else {
+      entry.item->IField_Value(value_of(*entry.item->Type()));
+    }
+  }
+}
+
+// The last state of an enumeration description ("0,OFF;1,ON;" gives ON).
+std::string LastState(const std::string& description) {
+  const std::string entries = description.substr(0, description.size() - 1);
+  return entries.substr(entries.rfind(',') + 1);
+}
+
+// A structure whose every field holds a value gives as many bytes as the catalogue says the
+// structure has: with every field at its largest value (the longest text, the last state) and at
+// its smallest. The union types' bytes are fields, so they fill in full too.
+TEST_F(CatalogueTest, StructuresOfFullValuesGiveTheirWholeLength) {
+  const auto owner = std::make_shared<FakeOwner>(3);
+  int structures = 0;
+  for (const bool largest : {true, false}) {
+    for (const std::string& id : internal::SnvtIdentifiers()) {
+      if (CSNVTType::Shared(id)->Kind() != TypeKind::kStruct) continue;
+      const auto fields = BuildFields(owner, id);
+      FillFields(*fields, [largest](const CSNVTType& type) -> std::string {
+        switch (type.Kind()) {
+          case TypeKind::kEnum:
+            return largest ? LastState(type.ISNVType_EnumDesc()) : "Invalid";
+          case TypeKind::kTextual:
+            return std::string(static_cast<size_t>(largest ? type.ISNVType_Length() - 1 : 0), 'x');
+          case TypeKind::kFloat:
+          case TypeKind::kSignedNumeric:
+          case TypeKind::kUnsignedNumeric:
+          case TypeKind::kBitfield:
+            return largest ? type.ISNVType_Max() : type.ISNVType_Min();
+          case TypeKind::kStruct:
+          case TypeKind::kUnknown:
+            return "";
+        }
+        return "";
+      });
+      std::string raw;
+      const int32_t error = ErrorNumberOf([&] { raw = fields->CheckedRawText(); });
+      EXPECT_EQ(error, 0) << id << (largest ? " largest" : " smallest");
+      EXPECT_EQ(std::to_string(raw.size() / 2), internal::SnvtChildText(id, "LENGTH"))
+          << id << " " << raw;
+      // The routine a host calls gives the same bytes.
+      EXPECT_EQ(fields->RawText(), raw) << id;
+      structures += largest ? 1 : 0;
+    }
+  }
+  EXPECT_GE(structures, 90);
+}
+
+// The twelve standard types that hold a union load, and their union's bytes are fields a value
+// sets in full: SNVT_switch_2 with a level of 50 % (100 as the setting byte) and scene 3.
+TEST_F(CatalogueTest, UnionTypesHoldTheirUnionAsBytes) {
+  for (const char* id : {"color_2", "ctrl_resp", "dev_fault", "dev_maint", "dev_status", "file_req",
+                         "file_status", "pos_ctrl", "rac_ctrl", "rac_req", "switch_2",
+                         "time_zone"}) {
+    EXPECT_EQ(CSNVTType::Shared(id)->Kind(), TypeKind::kStruct) << id;
+    EXPECT_FALSE(internal::FindSnvtElement(id).attribute("INDEX").empty()) << id;
+  }
+  const auto owner = std::make_shared<FakeOwner>(3);
+  const auto fields = BuildFields(owner, "switch_2", "{ SW_SET_LEVEL  100  3 }");
+  EXPECT_EQ(fields->CheckedRawText(), "056403");
+  EXPECT_EQ(FieldAt(fields, "setting")->IField_Offset(), 1);
   EXPECT_TRUE(boxes.boxes.empty());
 }
 
