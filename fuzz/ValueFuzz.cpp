@@ -67,12 +67,14 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   kolvane::CSNVTType type;
   type.Load("t");
   Try([&] { (void)kolvane::SNVTDataConversion::TypedValueToRaw(value, type); });
+  Try([&] { (void)kolvane::SNVTDataConversion::CheckedValueToRaw(value, type); });
 
   kolvane::CConfigProperties properties;
   auto property = properties.IConfigProperties_AddNewCP("nciValue", "t");
   if (property) {
     Try([&] { property->IConfigProperty_Value(value); });
     Try([&] { (void)property->IConfigProperty_Value(); });
+    (void)kolvane::CheckedRawBytes(property);
     Try([&] { (void)property->IConfigProperty_DispValue(); });
     Try([&] { (void)property->IConfigProperty_DispMin(); });
     Try([&] { (void)property->IConfigProperty_RawValue(); });

@@ -416,6 +416,28 @@ class StudioTest : public QObject {
              QString("21.5 °C"));
   }
 
+  // A value without raw bytes of its type's length shows why instead of short bytes.
+  void RawColumnMarksAValueWithoutBytes() {
+    QTemporaryDir folder;
+    const QString path = folder.filePath("profile.xml");
+    QFile file(path);
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    file.write(R"(<Profile><Name>Counts</Name><CPs>
+      <nciCount><SNVTType>count_32</SNVTType><Default>Invalid</Default></nciCount>
+      <nciTotal><SNVTType>count_32</SNVTType><Default>4294967294</Default></nciTotal>
+      </CPs></Profile>)");
+    file.close();
+    kolvane::studio::ProfileFiles files;
+    files.profile = path.toStdString();
+    QVERIFY(window_->Open(files));
+    QTreeWidgetItem* count = Find(window_->PropertiesTree(), "nciCount");
+    QVERIFY(count);
+    QVERIFY(count->text(MainWindow::kRaw).startsWith("! "));
+    QVERIFY(count->toolTip(MainWindow::kRaw).contains("2 of the 4 bytes"));
+    QCOMPARE(Find(window_->PropertiesTree(), "nciTotal")->text(MainWindow::kRaw),
+             QString("FFFFFFFE"));
+  }
+
   void ProgramIdDialogFromTheDeviceMenu() {
     OnNextModal([](QWidget* form) {
       QCOMPARE(form->windowTitle(), QString("Program ID"));
