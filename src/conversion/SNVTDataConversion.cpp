@@ -317,6 +317,78 @@ std::string CheckedValueToRaw(const std::string& value, const ISNVType& type) {
   return raw;
 }
 
+namespace {
+
+// The shortest text that reads back as the same single-precision number.
+std::string FloatText(float number) {
+  static const locale_t c_locale = newlocale(LC_ALL_MASK, "C", locale_t{});
+  char text[32];
+  for (int digits = 1; digits <= 9; ++digits) {
+    std::snprintf(text, sizeof text, "%.*g", digits, static_cast<double>(number));
+    for (char& c : text) {
+      if (c == ',') c = '.';
+    }
+    if (strtof_l(text, nullptr, c_locale) == number) break;
+  }
+  return text;
+}
+
+}  // namespace
+
+std::string RawToValue(const std::vector<uint8_t>& bytes, const ISNVType& type) {
+  const TypeKind kind = KindOf(type);
+  const int32_t length = type.ISNVType_Length();
+  if (kind == TypeKind::kStruct || kind == TypeKind::kUnknown) {
+    RaiseError(ErrorNumber::kInvalidProcedureCall, "a structure's bytes convert field by field");
+  }
+  if (static_cast<int32_t>(bytes.size()) != (kind == TypeKind::kEnum ? 1 : length)) {
+    RaiseError(ErrorNumber::kInvalidProcedureCall,
+               std::to_string(bytes.size()) + " bytes for a type of " + std::to_string(length));
+  }
+  if (kind == TypeKind::kTextual) {
+    std::vector<unsigned char> codes;
+    for (const uint8_t byte : bytes) {
+      if (byte == 0) break;
+      codes.push_back(byte);
+    }
+    std::string text = FromAnsiCodes(codes);
+    while (!text.empty() && text.back() == ' ') text.pop_back();
+    return text;
+  }
+  uint64_t unsigned_value = 0;
+  for (const uint8_t byte : bytes) unsigned_value = unsigned_value << 8 | byte;
+  if (kind == TypeKind::kFloat) {
+    const auto bits = static_cast<uint32_t>(unsigned_value);
+    float number = 0;
+    std::memcpy(&number, &bits, sizeof number);
+    return std::isnan(number) ? "Invalid" : FloatText(number);
+  }
+  Int128 raw = unsigned_value;
+  const int bits = 8 * static_cast<int>(bytes.size());
+  const bool is_signed = kind == TypeKind::kSignedNumeric || kind == TypeKind::kEnum;
+  if (is_signed && bits < 128 && raw >= (Int128{1} << (bits - 1))) raw -= Int128{1} << bits;
+  if (kind == TypeKind::kEnum) {
+    const std::string number = std::to_string(static_cast<int>(raw));
+    const std::string name = EnumStateName(number, type.ISNVType_EnumDesc());
+    return name.empty() ? number : name;
+  }
+  // The bytes of the type's invalid value read as "Invalid".
+  const std::string invalid = type.ISNVType_InvalidValue();
+  if (!invalid.empty()) {
+    std::string hex;
+    for (const uint8_t byte : bytes) AppendByte(hex, byte);
+    try {
+      if (CheckedValueToRaw(invalid, type) == hex) return "Invalid";
+    } catch (const Error&) {
+    }
+  }
+  const auto a = RoundToInt16(type.ISNVType_ACoef());
+  const auto b = RoundToInt16(type.ISNVType_BCoef());
+  const auto c = RoundToInt16(type.ISNVType_CCoef());
+  if (kind == TypeKind::kBitfield || a == 0) return EngineeringText(raw, 1, 0, 0);
+  return EngineeringText(raw, a, b, c);
+}
+
 std::string InvalidPattern(TypeKind kind, int32_t length) {
   switch (kind) {
     case TypeKind::kSignedNumeric:

@@ -3,6 +3,7 @@
 #include <array>
 #include <cstdint>
 #include <string>
+#include <vector>
 
 #include "interfaces/ISNVType.h"
 #include "types/TypeKind.h"
@@ -41,6 +42,13 @@ enum class RawMode { kRoutine, kChecked };
 // width, does not fit as text, or gives fewer bytes than the type's length (an "Invalid" 4-byte
 // number). Error 5 "no value" for an empty number.
 std::string CheckedValueToRaw(const std::string& value, const ISNVType& type);
+
+// The value text of the raw bytes of a value of type, the inverse of the conversion above and
+// exact: a number in the type's unit with "." as decimal point ("35" for temp_p 0DAC), the
+// state's name of an enumeration (its number when it names none), a text up to its zero byte
+// (trailing blanks dropped), and "Invalid" for the bytes of the type's invalid value or a float's
+// NaN. Error 5 when the bytes are not the type's length or the type is a structure.
+std::string RawToValue(const std::vector<uint8_t>& bytes, const ISNVType& type);
 
 // The fixed pattern "Invalid" is written as: signed 7F or 7FFF, unsigned FF or FFFF (whatever the
 // length), float 7F810000; empty for the other kinds.

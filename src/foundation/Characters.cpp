@@ -81,6 +81,41 @@ std::string_view LeftCharacters(std::string_view text, size_t count) {
   return text.substr(0, bytes);
 }
 
+std::string FromAnsiCodes(const std::vector<unsigned char>& codes) {
+  // One converter per thread, the other way round.
+  struct Decoder {
+    iconv_t cd = iconv_open("UTF-8", "WINDOWS-1252");
+    ~Decoder() {
+      if (cd != reinterpret_cast<iconv_t>(-1)) iconv_close(cd);
+    }
+  };
+  thread_local Decoder decoder;
+  std::string text;
+  for (const unsigned char code : codes) {
+    if (code < 0x80) {
+      text += static_cast<char>(code);
+      continue;
+    }
+    char in_byte = static_cast<char>(code);
+    char* in = &in_byte;
+    size_t in_left = 1;
+    char out[8];
+    char* out_ptr = out;
+    size_t out_left = sizeof out;
+    if (decoder.cd == reinterpret_cast<iconv_t>(-1)) {
+      text += static_cast<char>(kQuestionMark);
+      continue;
+    }
+    iconv(decoder.cd, nullptr, nullptr, nullptr, nullptr);
+    if (iconv(decoder.cd, &in, &in_left, &out_ptr, &out_left) == static_cast<size_t>(-1)) {
+      text += static_cast<char>(kQuestionMark);  // a code the page leaves undefined
+    } else {
+      text.append(out, static_cast<size_t>(out_ptr - out));
+    }
+  }
+  return text;
+}
+
 std::vector<unsigned char> AnsiCodes(std::string_view text) {
   thread_local AnsiConverter converter;
   std::vector<unsigned char> codes;

@@ -19,4 +19,7 @@ std::string_view LeftCharacters(std::string_view text, size_t count);
 // page lacks and for each invalid byte.
 std::vector<unsigned char> AnsiCodes(std::string_view text);
 
+// The UTF-8 text of Windows-1252 codes; "?" for a code the page leaves undefined.
+std::string FromAnsiCodes(const std::vector<unsigned char>& codes);
+
 }  // namespace kolvane
