@@ -17,6 +17,7 @@ import os
 import sys
 import tempfile
 from xml.sax.saxutils import escape
+import xml.etree.ElementTree as ElementTree
 
 ROOT = os.path.normpath(os.path.join(os.path.dirname(os.path.abspath(__file__)), ".."))
 
@@ -459,7 +460,7 @@ def build(facts, extras, user_types, us_units):
 
 def user_layouts(user_types):
     """Kind, length, scaling and unit of each user type of the user-types document."""
-    import xml.etree.ElementTree as ElementTree
+
     root = ElementTree.fromstring("<UserTypes>" + user_types + "</UserTypes>")
     layouts = {}
     for element in root:
@@ -473,6 +474,32 @@ def user_layouts(user_types):
         layouts[type_id] = (kind, number("LENGTH"), number("A_COEF"), number("B_COEF"),
                             number("C_COEF"), element.findtext("UNIT") or "")
     return layouts
+
+
+def scpt_table(scpts, catalogue_text):
+    """The standard configuration property types: index, name, and the catalogue type a
+    property of a type built on a standard type takes; the others give their kind and size."""
+    known = {t.tag for t in ElementTree.fromstring(catalogue_text)}
+    lines = ['<?xml version="1.0" encoding="UTF-8"?>',
+             "<!-- Written by scripts/gen_catalogue.py from data/scpts.json. One SCPT per",
+             "     standard configuration property type: INDEX, NAME, KIND (snvt: built on the",
+             "     catalogue type TYPE; scaled, enum, structure, union: a type of its own;",
+             "     inheriting: the type of what it applies to) and SIZE in bytes. -->",
+             "<SCPTS>"]
+    for scpt in sorted(scpts, key=lambda s: s["index"]):
+        attributes = [("INDEX", str(scpt["index"])), ("NAME", scpt["name"]), ("KIND", scpt["kind"])]
+        base = scpt.get("base_name")
+        if scpt["kind"] == "snvt" and base:
+            if base not in known:
+                raise FactError(f"{scpt['name']} is built on {base}, which the catalogue lacks")
+            attributes.append(("TYPE", short_id(base)))
+        if scpt.get("size") is not None:
+            attributes.append(("SIZE", str(scpt["size"])))
+        if scpt.get("obsolete"):
+            attributes.append(("OBSOLETE", "1"))
+        lines.append("  <SCPT " + " ".join(f'{k}="{escape(v)}"' for k, v in attributes) + "/>")
+    lines.append("</SCPTS>")
+    return "\n".join(lines) + "\n"
 
 
 def main(argv):
@@ -494,7 +521,18 @@ def main(argv):
     except FactError as error:
         print(f"gen_catalogue: {error}; nothing written", file=sys.stderr)
         return 1
+    scpts_path = os.path.join(options.data, "scpts.json")
+    scpts_text = None
+    if os.path.exists(scpts_path):
+        with open(scpts_path, encoding="utf-8") as f:
+            try:
+                scpts_text = scpt_table(json.load(f), catalogue_text)
+            except FactError as error:
+                print(f"gen_catalogue: {error}; nothing written", file=sys.stderr)
+                return 1
     if not options.check:
+        if scpts_text:
+            write_atomically(os.path.join(options.out, "scpts.xml"), scpts_text)
         write_atomically(os.path.join(options.out, "snvts.xml"), catalogue_text)
         write_atomically(os.path.join(options.out, "nvotable.xml"), table_text)
         write_atomically(os.path.join(options.out, "units.xml"), units_text)

@@ -43,6 +43,8 @@
 #include "types/CState.h"
 #include "types/CStates.h"
 #include "types/CTypeOverride.h"
+#include "xif/DeviceInterface.h"
+#include "xif/XifImport.h"
 
 namespace kolvane {
 

@@ -81,4 +81,13 @@ struct DiffOptions {
 };
 int RunDiff(const DiffOptions& options, std::ostream& out, std::ostream& err);
 
+// "kolvane xif import" and "kolvane xif show": a device interface file as a profile.
+struct XifOptions {
+  CommonOptions common;
+  std::string device;  // the .xif file
+  std::string output;  // import: the profile document to write; standard output when empty
+};
+int RunXifImport(const XifOptions& options, std::ostream& out, std::ostream& err);
+int RunXifShow(const XifOptions& options, std::ostream& out, std::ostream& err);
+
 }  // namespace kolvane::cli

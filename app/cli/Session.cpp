@@ -2,6 +2,7 @@
 
 #include <unistd.h>
 
+#include "DeviceFiles.h"
 #include "Documents.h"
 #include "Json.h"
 
@@ -54,12 +55,26 @@ bool Session::Open() {
 
 std::shared_ptr<IProfile> Session::LoadProfile(const std::string& path) {
   profile_path_ = DocumentPath(path, "profile.xml");
-  profile_document_ = ReadDocument(path, "profile.xml", "Profile", err_);
+  if (app::IsDeviceFile(path)) {
+    // A device interface file is read as the profile it makes.
+    std::string error;
+    auto imported = app::ImportDeviceFile(path, catalogue_, error);
+    if (!imported) {
+      err_ << "kolvane: error: " << error << '\n';
+      return nullptr;
+    }
+    profile_document_ = imported->document;
+    import_notes_ = imported->notes;
+  } else {
+    profile_document_ = ReadDocument(path, "profile.xml", "Profile", err_);
+  }
   if (!profile_document_) return nullptr;
+  // Types the profile carries join the catalogue.
+  const auto catalogue = xif::CatalogueWithCarriedTypes(catalogue_, *profile_document_);
   auto profile = CreateProfile();
-  profile->Iprofile_SetXmlDomDocs(catalogue_, nvo_table_);
+  profile->Iprofile_SetXmlDomDocs(catalogue, nvo_table_);
   std::string name;
-  profile->IProfile_FriendSet(profile_document_, name, nullptr, catalogue_, nvo_table_, "");
+  profile->IProfile_FriendSet(profile_document_, name, nullptr, catalogue, nvo_table_, "");
   return profile;
 }
 

@@ -47,6 +47,10 @@ class Session {
   const std::shared_ptr<pugi::xml_document>& nvo_table() const { return nvo_table_; }
   // The path of the profile loaded last.
   const std::string& profile_path() const { return profile_path_; }
+  // The profile document loaded last.
+  const std::shared_ptr<pugi::xml_document>& profile_document() const { return profile_document_; }
+  // What a device interface file's import could not say as the file did.
+  const std::vector<std::string>& import_notes() const { return import_notes_; }
 
  private:
   const CommonOptions& options_;
@@ -56,6 +60,7 @@ class Session {
   std::shared_ptr<pugi::xml_document> nvo_table_;
   std::shared_ptr<pugi::xml_document> profile_document_;
   std::string profile_path_;
+  std::vector<std::string> import_notes_;
   MessageBoxHandler previous_boxes_;
   YieldHandler previous_yield_;
   UnitSystem previous_units_ = UnitSystem::kSI;

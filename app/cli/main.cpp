@@ -45,7 +45,8 @@ int main(int argc, char** argv) {
       "  kolvane check profile.xml              findings before commissioning\n"
       "  kolvane export profile.xml > all.csv   every item and field, one row each\n"
       "  kolvane diff old.xml new.xml           what changed between two devices\n"
-      "  kolvane raw temp_p 21.5                0866");
+      "  kolvane raw temp_p 21.5                0866\n"
+      "  kolvane xif import device.xif -o device.xml   a real device as a profile");
 
   kolvane::cli::ShowOptions show;
   CLI::App* show_command = app.add_subcommand(
@@ -129,6 +130,23 @@ int main(int argc, char** argv) {
   compat_command->add_option("TYPE", compat.type, "Type identifier, e.g. temp_p")->required();
   AddCommonOptions(compat_command, compat.common, true);
 
+  kolvane::cli::XifOptions xif;
+  CLI::App* xif_command =
+      app.add_subcommand("xif", "Device interface files (.xif): read a real device's interface.");
+  xif_command->require_subcommand(1);
+  CLI::App* xif_import = xif_command->add_subcommand(
+      "import", "Write the profile document of a device interface file: its network variables, "
+                "configuration properties with their values, program ID and functional blocks.");
+  xif_import->add_option("DEVICE", xif.device, "Device interface file (.xif)")->required();
+  xif_import->add_option("-o,--output", xif.output,
+                         "Profile document to write; standard output when left out or -");
+  AddCommonOptions(xif_import, xif.common, false);
+  CLI::App* xif_show = xif_command->add_subcommand(
+      "show", "The device: program ID decoded, counts, functional blocks, and each network "
+              "variable and property with its type and value.");
+  xif_show->add_option("DEVICE", xif.device, "Device interface file (.xif)")->required();
+  AddCommonOptions(xif_show, xif.common, false);
+
   try {
     app.parse(argc, argv);
   } catch (const CLI::ParseError& error) {
@@ -150,5 +168,7 @@ int main(int argc, char** argv) {
   if (app.got_subcommand(types_command)) return RunTypes(types, std::cout, std::cerr);
   if (app.got_subcommand(raw_command)) return RunRaw(raw, std::cout, std::cerr);
   if (app.got_subcommand(compat_command)) return RunCompat(compat, std::cout, std::cerr);
+  if (xif_command->got_subcommand(xif_import)) return RunXifImport(xif, std::cout, std::cerr);
+  if (xif_command->got_subcommand(xif_show)) return RunXifShow(xif, std::cout, std::cerr);
   return kUsageError;
 }

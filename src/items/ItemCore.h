@@ -86,7 +86,8 @@ class ItemCore : public IDisplayItem,
   std::shared_ptr<IFields> DataPointFields() const override;
 
   // RawText with nothing clamped, cut or read as 0: error naming the field and why when the
-  // value has no raw form of its type's length; empty when the item holds no value.
+  // value has no raw form of its type's length; empty when the item holds no number (an empty
+  // text is a text of blanks).
   std::string CheckedRawText() const;
 
   // The type, with its project-internal members.

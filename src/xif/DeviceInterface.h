@@ -7,6 +7,8 @@
 #include <string>
 #include <vector>
 
+#include "foundation/Export.h"
+
 // The device interface file (the text ".xif") of a LonWorks device: its program ID, header
 // integers, functional blocks, network variables, message tags, configuration files and the
 // initial values of its configuration network variables. Read with ReadDeviceInterface, written
@@ -15,7 +17,7 @@
 namespace kolvane::xif {
 
 // A file that is not a device interface file, or one whose parts contradict each other.
-class XifError : public std::runtime_error {
+class KOLVANE_API XifError : public std::runtime_error {
  public:
   XifError(int line, const std::string& what)
       : std::runtime_error("line " + std::to_string(line) + ": " + what), line_(line) {}
@@ -28,7 +30,7 @@ class XifError : public std::runtime_error {
 
 // The eight bytes that bind a device to its interface: format (1 nibble), manufacturer (5
 // nibbles), device class (2 bytes), usage, channel type, model number.
-struct ProgramId {
+struct KOLVANE_API ProgramId {
   std::array<uint8_t, 8> bytes{};
 
   int Format() const { return bytes[0] >> 4; }
@@ -52,7 +54,7 @@ struct FunctionalBlock {
 };
 
 // The node self-documentation string: "&3.4@0NodeObject,4[2Lamp;free text".
-struct NodeDoc {
+struct KOLVANE_API NodeDoc {
   std::string text;            // the whole string; empty for "*"
   bool parsed = false;         // false for an older or unknown form, kept as text only
   std::string version;         // "3.4"; empty when not given
@@ -64,7 +66,7 @@ struct NodeDoc {
 
 // A configuration property descriptor: "&hdr,select,scope\xHHflags,index" in a network
 // variable's self-documentation, "hdr,select,scope\xHH,index,size[,dim[,range]];" in a template.
-struct PropertyDescriptor {
+struct KOLVANE_API PropertyDescriptor {
   int applies_to = 0;      // 0 the device, 1 functional blocks, 2 network variables
   std::string select;      // "19", "0.1.4", "38~41"; empty for the device
   int scope = 0;           // 0 a standard property type, else the resource scope of a user type
@@ -81,7 +83,7 @@ struct PropertyDescriptor {
 };
 
 // A network variable's self-documentation, parsed.
-struct VariableDoc {
+struct KOLVANE_API VariableDoc {
   enum class Form { kNone, kMember, kProperty, kText };
   Form form = Form::kNone;
   int block = -1;              // kMember: the functional block index
@@ -102,7 +104,7 @@ struct Element {
 };
 
 // The 13 flags of a network variable or message tag record, by position.
-struct Flags {
+struct KOLVANE_API Flags {
   std::array<int, 13> values{0, 1, 63, 0, 0, 1, 0, 1, 0, 1, 0, 0, 0};
   bool Offline() const { return values[0] != 0; }
   bool Bindable() const { return values[1] != 0; }
@@ -120,7 +122,7 @@ struct Flags {
   static const std::array<const char*, 13>& Names();
 };
 
-struct Variable {
+struct KOLVANE_API Variable {
   std::string name;
   int index = 0;
   int average_rate = 0;
@@ -185,7 +187,7 @@ struct Style {
   bool node_doc_lines = true;     // the node string ends with one empty line
 };
 
-struct DeviceInterface {
+struct KOLVANE_API DeviceInterface {
   std::string version = "4.501";
   std::array<std::string, 3> banner;           // lines 1 to 3 as read
   ProgramId program_id;
@@ -209,17 +211,17 @@ struct DeviceInterface {
 };
 
 // Reads a device interface file's text; XifError with the line of the first fault.
-DeviceInterface ReadDeviceInterface(const std::string& text);
+KOLVANE_API DeviceInterface ReadDeviceInterface(const std::string& text);
 
 // Writes the model in the style it was read in (or the default style for one made anew).
-std::string WriteDeviceInterface(const DeviceInterface& device);
+KOLVANE_API std::string WriteDeviceInterface(const DeviceInterface& device);
 
 // Bytes of a value stream in any notation the files use: "\x0D \xAC", "0x0DAC", "0x0B B8",
 // "0x7F,0xFF," with "#" comment lines; nothing when a token is no byte.
-std::optional<std::vector<uint8_t>> ParseBytes(const std::vector<std::string>& lines);
+KOLVANE_API std::optional<std::vector<uint8_t>> ParseBytes(const std::vector<std::string>& lines);
 
 // A string as self-documentation lines hold it: pieces of at most width characters, never cut
 // inside a "\xHH".
-std::vector<std::string> WrapDoc(const std::string& text, size_t width = 60);
+KOLVANE_API std::vector<std::string> WrapDoc(const std::string& text, size_t width = 60);
 
 }  // namespace kolvane::xif

@@ -113,7 +113,7 @@ class GeneratorTest(unittest.TestCase):
         result = subprocess.run([sys.executable, SCRIPT, "--out", out], capture_output=True,
                                 text=True)
         self.assertEqual(result.returncode, 0, result.stderr)
-        for name in ("snvts.xml", "nvotable.xml", "units.xml"):
+        for name in ("snvts.xml", "nvotable.xml", "units.xml", "scpts.xml"):
             with open(os.path.join(out, name), encoding="utf-8") as made, \
                     open(os.path.join(ROOT, "examples", name), encoding="utf-8") as committed:
                 self.assertEqual(made.read(), committed.read(), name)

@@ -3,6 +3,9 @@
 
 #include "xif/DeviceInterface.h"
 
+#include "conversion/RawBytes.h"
+#include "xif/XifImport.h"
+
 #include <filesystem>
 #include <set>
 
@@ -243,6 +246,62 @@ TEST(XifTest, BrokenFilesGiveOneErrorWithTheirLine) {
                                     "no XIF version");
   EXPECT_EQ(error_of(""), "line 1: the file ends where the first line should be");
   EXPECT_EQ(error_of(std::string("File: x XIF Version 4.501\n\x01\x02\n")).rfind("line 3", 0), 0u);
+}
+
+// Every sample imports into a profile the library loads without a message (but for texts the
+// device holds empty, which a default cannot say and the import notes), whose properties hold
+// the bytes the file gives, and whose variables have the types the file's indices name.
+TEST(XifImportTest, EverySampleImportsWithTheValuesOfItsBytes) {
+  ScopedDecimalSeparator point(".");
+  ScopedCatalogue catalogue(kBundledCatalogue, true);
+  const auto scpts = Parsed(KOLVANE_SOURCE_DIR "/examples/scpts.xml", true);
+  const auto nvo_table = Parsed(KOLVANE_SOURCE_DIR "/examples/nvotable.xml", true);
+  int values = 0;
+  int variables = 0;
+  for (const std::string& name : SampleNames()) {
+    const DeviceInterface device = Sample(name);
+    const ImportedProfile imported = ImportDeviceInterface(device, catalogue.document, *scpts, name);
+    std::set<std::string> empty_texts;
+    for (const std::string& note : imported.notes) {
+      if (note.find("empty text") != std::string::npos) empty_texts.insert(note.substr(0, note.find(':')));
+    }
+    MessageBoxRecorder boxes;
+    const auto profile = CreateProfile();
+    const auto types = CatalogueWithCarriedTypes(catalogue.document, *imported.document);
+    profile->Iprofile_SetXmlDomDocs(types, nvo_table);
+    std::string profile_name;
+    profile->IProfile_FriendSet(imported.document, profile_name, nullptr, types, nvo_table, "");
+    for (const auto& box : boxes.boxes) {
+      const std::string& text = std::get<0>(box);
+      EXPECT_TRUE(empty_texts.count(text.substr(0, text.find(':')))) << name << ": " << text;
+    }
+    // The properties come in the file's order: configuration variables, then file entries.
+    std::vector<std::vector<uint8_t>> expected;
+    for (const auto& [variable, bytes] : device.VariableValues()) expected.push_back(bytes);
+    for (const FileProperty& property : device.FileProperties()) expected.push_back(property.bytes);
+    const auto properties = profile->IProfile_CPs()->IConfigProperties_NewEnum();
+    ASSERT_EQ(properties.size(), expected.size()) << name;
+    for (size_t i = 0; i < properties.size(); ++i) {
+      if (empty_texts.count(properties[i]->IConfigProperty_Name())) continue;
+      std::string hex;
+      for (const uint8_t byte : expected[i]) {
+        char digits[3];
+        std::snprintf(digits, sizeof digits, "%02X", byte);
+        hex += digits;
+      }
+      const RawBytes bytes = CheckedRawBytes(properties[i]);
+      EXPECT_EQ(bytes.raw, hex) << name << " " << properties[i]->IConfigProperty_Name() << " "
+                                << bytes.problem;
+      ++values;
+    }
+    for (const auto& nv : profile->IProfile_NVs()->INetworkVariables_NewEnum()) {
+      const auto type = nv->INetworkVariable_SNVTType();
+      EXPECT_FALSE(type->ISNVType_GenType().empty()) << name << " " << nv->INetworkVariable_Name();
+      ++variables;
+    }
+  }
+  std::cout << values << " property values and " << variables << " network variables checked\n";
+  EXPECT_GT(values, 150);
 }
 
 }  // namespace
