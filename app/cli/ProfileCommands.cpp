@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <map>
@@ -6,6 +7,7 @@
 #include <sstream>
 
 #include "Commands.h"
+#include "DeviceFiles.h"
 #include "Documents.h"
 #include "Items.h"
 #include "Json.h"
@@ -269,6 +271,69 @@ void CheckItem(const ItemRef& item, std::vector<Finding>& findings) {
   }
 }
 
+// Findings of a device interface file that its profile no longer shows: strings naming
+// functional blocks or variables the device lacks, element lines that disagree with the
+// standard type their index names, what the import could not say.
+void CheckDevice(const xif::DeviceInterface& device, const std::vector<std::string>& notes,
+                 std::vector<Finding>& findings) {
+  const int blocks = device.node_doc.parsed ? device.node_doc.BlockIndexCount() : -1;
+  const auto variables = static_cast<int>(device.variables.size());
+  const auto check_targets = [&](const std::string& where, const xif::PropertyDescriptor& property) {
+    const int limit = property.applies_to == 1 ? blocks : property.applies_to == 2 ? variables : -1;
+    if (limit < 0) return;
+    for (const int index : property.Selected()) {
+      if (index >= limit) {
+        findings.push_back({"xif-target-unknown", true, where,
+                            std::string("the property applies to ") +
+                                (property.applies_to == 1 ? "functional block " : "network variable ") +
+                                std::to_string(index) + "; the device has " + std::to_string(limit)});
+      }
+    }
+  };
+  std::map<int, std::string> by_index;
+  for (const std::string& id : internal::SnvtIdentifiers()) {
+    const pugi::xml_attribute index = internal::FindSnvtElement(id).attribute("INDEX");
+    if (!index.empty()) by_index.emplace(index.as_int(), id);
+  }
+  for (const xif::Variable& variable : device.variables) {
+    const xif::VariableDoc doc = variable.ParsedDoc();
+    if (doc.form == xif::VariableDoc::Form::kMember && blocks >= 0 && doc.block >= blocks) {
+      findings.push_back({"xif-block-unknown", true, variable.name,
+                          "its string names functional block " + std::to_string(doc.block) +
+                              "; the device has " + std::to_string(blocks)});
+    }
+    if (doc.form == xif::VariableDoc::Form::kProperty) check_targets(variable.name, doc.property);
+    const auto known = by_index.find(variable.type_index);
+    if (known == by_index.end()) {
+      if (variable.type_index != 0) {
+        findings.push_back({"xif-type-unknown", false, variable.name,
+                            "type index " + std::to_string(variable.type_index) +
+                                " is no standard type of the catalogue"});
+      }
+      continue;
+    }
+    const std::string length = internal::SnvtChildText(known->second, "LENGTH");
+    const int expected = length.empty() ? 1 : std::atoi(length.c_str());
+    if (variable.array_count == 0 && expected != variable.Size()) {
+      findings.push_back({"xif-length-mismatch", true, variable.name,
+                          "its element lines give " + std::to_string(variable.Size()) +
+                              " bytes; SNVT_" + known->second + " has " + std::to_string(expected)});
+    }
+  }
+  if (const xif::ConfigFile* layout = device.File("template")) {
+    for (const xif::PropertyDescriptor& entry : layout->entries) {
+      check_targets("FILE template", entry);
+    }
+  }
+  for (const std::string& note : notes) {
+    if (note.find("element lines") != std::string::npos || note.find("type index") != std::string::npos) {
+      continue;  // said above
+    }
+    findings.push_back({"xif-import", false, note.substr(0, note.find(':')),
+                        note.substr(note.find(':') + 2)});
+  }
+}
+
 }  // namespace
 
 int RunShow(const ShowOptions& options, std::ostream& out, std::ostream& err) {
@@ -441,6 +506,12 @@ int RunCheck(const CheckOptions& options, std::ostream& out, std::ostream& err) 
   if (!profile) return 1;
   // Findings come from the items themselves, not from the loader's messages.
   std::vector<Finding> findings;
+  if (app::IsDeviceFile(options.profile)) {
+    std::string error;
+    if (const auto device = app::ReadDeviceFile(options.profile, error)) {
+      CheckDevice(*device, session.import_notes(), findings);
+    }
+  }
   std::map<std::string, int> names;
   for (const ItemRef& item : TopItems(*profile)) {
     if (++names[item.path] == 2) findings.push_back({"name-duplicate", true, item.path, "name used twice"});

@@ -63,7 +63,7 @@ int RunXifShow(const XifOptions& options, std::ostream& out, std::ostream& err) 
     configuration += variable.flags.ConfigurationClass() ? 1 : 0;
   }
   const size_t file_properties = device->FileProperties().size();
-  const std::string name = std::filesystem::path(options.device).stem().string();
+  const std::string name = app::DeviceName(*device, options.device);
   const auto items = TopItems(*profile);
   if (options.common.json) {
     JsonWriter json(out);
