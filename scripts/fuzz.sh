@@ -17,15 +17,17 @@ CXX=clang++ cmake -S . -B build/fuzz -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo 
   >/dev/null
 cmake --build build/fuzz
 mkdir -p build/fuzz/findings
+# Seeds kept elsewhere in the tree: the real device interface files of the tests.
+declare -A extra_seeds=([xif]="tests/data/xif tests/data/devices")
 status=0
 passed=0
 failed=0
-for fuzzer in catalogue profile catalogue_profile value reentry; do
+for fuzzer in catalogue profile catalogue_profile value reentry xif; do
   scratch=$(mktemp -d)
   echo "== ${fuzzer}_fuzz: ${seconds} s"
   if ! ./build/fuzz/fuzz/${fuzzer}_fuzz -max_total_time="$seconds" -timeout=20 -rss_limit_mb=2048 \
       -print_final_stats=1 -artifact_prefix=build/fuzz/findings/${fuzzer}- \
-      "$scratch" "fuzz/corpus/$fuzzer" 2>build/fuzz/${fuzzer}.log; then
+      "$scratch" "fuzz/corpus/$fuzzer" ${extra_seeds[$fuzzer]:-} 2>build/fuzz/${fuzzer}.log; then
     echo "fuzz: ${fuzzer}_fuzz failed; see build/fuzz/${fuzzer}.log" >&2
     tail -n 40 build/fuzz/${fuzzer}.log >&2
     status=1

@@ -20,6 +20,7 @@
 #include <QTreeWidget>
 #include <QVBoxLayout>
 
+#include "DeviceFiles.h"
 #include "Files.h"
 #include "QtHost.h"
 
@@ -103,6 +104,7 @@ void MainWindow::BuildMenus() {
   QMenu* file = menuBar()->addMenu("&File");
   file->addAction("&Open Profile...", QKeySequence::Open, this,
                   [this] { AskOpen(&ProfileFiles::profile, "Open Profile"); });
+  file->addAction("Import &Device Interface...", this, [this] { AskImportDevice(); });
   file->addAction("Type &Catalogue...", this,
                   [this] { AskOpen(&ProfileFiles::catalogue, "Type Catalogue"); });
   file->addAction("&NVO Table...", this,
@@ -158,12 +160,23 @@ bool MainWindow::Open(const ProfileFiles& files) {
   auto catalogue = app::ReadDocument(files.catalogue, "snvts.xml", "SNVTS", error);
   auto nvo_table =
       catalogue ? app::ReadDocument(files.nvo_table, "nvotable.xml", "NVOTable", error) : nullptr;
-  auto document =
-      nvo_table ? app::ReadDocument(files.profile, "profile.xml", "Profile", error) : nullptr;
+  std::shared_ptr<pugi::xml_document> document;
+  std::vector<std::string> notes;
+  if (nvo_table && app::IsDeviceFile(files.profile)) {
+    // A device interface file opens as the profile it makes.
+    if (auto imported = app::ImportDeviceFile(files.profile, catalogue, error)) {
+      document = imported->document;
+      notes = imported->notes;
+    }
+  } else if (nvo_table) {
+    document = app::ReadDocument(files.profile, "profile.xml", "Profile", error);
+  }
   if (!document) {
     QMessageBox::critical(this, "Open Profile", QString::fromStdString(error));
     return false;
   }
+  // Types the profile carries join the catalogue.
+  catalogue = xif::CatalogueWithCarriedTypes(catalogue, *document);
   auto profile = CreateProfile();
   std::string name;
   std::vector<std::string> messages;
@@ -176,6 +189,7 @@ bool MainWindow::Open(const ProfileFiles& files) {
     if (!loaded) return false;
     messages = collected.lines();
   }
+  for (const std::string& note : notes) messages.push_back("Device interface: " + note);
   if (profile_) profile_->IProfile_ClearParent();
   files_ = files;
   catalogue_ = std::move(catalogue);
@@ -222,6 +236,16 @@ void MainWindow::AskOpen(std::string ProfileFiles::*file, const QString& title) 
   if (path.isEmpty()) return;
   ProfileFiles files = files_;
   files.*file = path.toStdString();
+  Open(files);
+}
+
+void MainWindow::AskImportDevice() {
+  if (!ConfirmDiscard()) return;
+  const QString path = QFileDialog::getOpenFileName(this, "Import Device Interface", {},
+                                                    "Device interface files (*.xif *.XIF)");
+  if (path.isEmpty()) return;
+  ProfileFiles files = files_;
+  files.profile = path.toStdString();
   Open(files);
 }
 

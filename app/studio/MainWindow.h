@@ -18,7 +18,7 @@ namespace kolvane::studio {
 
 // The files a profile is read from; empty paths stand for the bundled examples.
 struct ProfileFiles {
-  std::string profile;
+  std::string profile;  // a profile document, or a device interface file (.xif) to import
   std::string catalogue;
   std::string nvo_table;
 };
@@ -72,6 +72,8 @@ class MainWindow final : public QMainWindow {
   void ChangeProgramId();
   // Asks for one of the three files and opens the profile again with it.
   void AskOpen(std::string ProfileFiles::*file, const QString& title);
+  // File, Import Device Interface: a device interface file opened as a profile.
+  void AskImportDevice();
   // Asks for a file and saves the values; false when nothing was written.
   bool AskSave(bool interoperability);
   // True when nothing the user changed would be lost, after asking to save what would.

@@ -17,6 +17,7 @@
 #include <QTemporaryDir>
 #include <QTimer>
 #include <QTreeWidget>
+#include <QPlainTextEdit>
 #include <QtTest>
 #include <functional>
 
@@ -436,6 +437,24 @@ class StudioTest : public QObject {
     QVERIFY(count->toolTip(MainWindow::kRaw).contains("2 of the 4 bytes"));
     QCOMPARE(Find(window_->PropertiesTree(), "nciTotal")->text(MainWindow::kRaw),
              QString("FFFFFFFE"));
+  }
+
+  // A real device's interface file opens as a profile: its properties hold the file's values.
+  void ImportDeviceInterfaceOpensARealDevice() {
+    kolvane::studio::ProfileFiles files;
+    files.profile = KOLVANE_SOURCE_DIR "/tests/data/xif/izot__smartserver-iot__6kEvbMultiSensor.XIF";
+    QVERIFY(window_->Open(files));
+    QVERIFY(window_->windowTitle().startsWith("6kEvbMultiSensor"));
+    QTreeWidgetItem* alarm = Find(window_->PropertiesTree(), "nciHighTempAlarm");
+    QVERIFY(alarm);
+    QCOMPARE(alarm->text(MainWindow::kValue), QString("35 °C"));
+    QCOMPARE(alarm->text(MainWindow::kRaw), QString("0DAC"));
+    QVERIFY(Find(window_->VariablesTree(), "nvoTemperature"));
+    QCOMPARE(QString::fromStdString(window_->ProgramId()), QString("9FFFFF0501840460"));
+    const QString messages = window_->findChild<QPlainTextEdit*>("messages")->toPlainText();
+    const qsizetype loaded = messages.lastIndexOf("Loaded 6kEvbMultiSensor");
+    QVERIFY2(loaded >= 0, qPrintable(messages));
+    QVERIFY2(!messages.mid(loaded).contains('\n'), qPrintable(messages.mid(loaded)));
   }
 
   void ProgramIdDialogFromTheDeviceMenu() {
