@@ -25,7 +25,8 @@ void Try(Call&& call) {
 }
 
 // Message boxes answer at once and show nothing: a fuzzer meets thousands of them.
-extern "C" inline int LLVMFuzzerInitialize(int* /*argc*/, char*** /*argv*/) {
+// Defined here, not inline: libFuzzer looks the symbol up, and an inline one is never emitted.
+extern "C" int LLVMFuzzerInitialize(int* /*argc*/, char*** /*argv*/) {
   kolvane::SetMessageBoxHandler(
       [](const std::string&, int32_t, const std::string&) { return kolvane::vbOK; });
   return 0;
