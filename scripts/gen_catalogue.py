@@ -401,6 +401,10 @@ def write_atomically(path, text):
     try:
         with os.fdopen(handle, "w", encoding="utf-8") as f:
             f.write(text)
+        # mkstemp makes the file private; the catalogue is read by everyone.
+        umask = os.umask(0)
+        os.umask(umask)
+        os.chmod(temporary, 0o666 & ~umask)
         os.replace(temporary, path)
     except BaseException:
         if os.path.exists(temporary):

@@ -84,9 +84,15 @@ int RunDiff(const DiffOptions& options, std::ostream& out, std::ostream& err);
 // "kolvane xif import" and "kolvane xif show": a device interface file as a profile.
 struct XifOptions {
   CommonOptions common;
-  std::string device;  // the .xif file
-  std::string output;  // import: the profile document to write; standard output when empty
+  std::string device;   // the .xif file
+  std::string output;   // import: the profile document to write; standard output when empty
+  std::string profile;  // export: the profile to write as a device interface file
+  std::string version = "4.501";  // export: the XIF version to declare
+  std::string platform;           // export: a .xif of the target platform; the bundled one
+  std::string types;              // export: the folder for the user types; none when empty
 };
+// "kolvane xif export": a profile as a device interface file, through the built-in generator.
+int RunXifExport(const XifOptions& options, std::ostream& out, std::ostream& err);
 int RunXifImport(const XifOptions& options, std::ostream& out, std::ostream& err);
 int RunXifShow(const XifOptions& options, std::ostream& out, std::ostream& err);
 

@@ -17,6 +17,7 @@
 #include "conversion/SNVTDataConversion.h"
 #include "conversion/ValueCodec.h"
 #include "cp/CConfigProperty.h"
+#include "host/CXifGenerator.h"
 #include "items/ItemCore.h"
 #include "foundation/Error.h"
 #include "foundation/Numbers.h"
@@ -530,6 +531,14 @@ int RunCheck(const CheckOptions& options, std::ostream& out, std::ostream& err) 
                             "output without compatible types"});
       }
     }
+  }
+  // What would stop the profile from becoming a device interface file.
+  try {
+    (void)CXifGenerator::Build(*profile, "check", "4.501", CXifGenerator::BundledPlatform());
+  } catch (const Error& error) {
+    findings.push_back({"xif-export", false, "device interface", error.detail()});
+  } catch (const xif::XifError& error) {
+    findings.push_back({"xif-export", false, "device interface", error.what()});
   }
   bool failed = false;
   for (const Finding& finding : findings) failed = failed || finding.error;

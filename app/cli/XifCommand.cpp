@@ -129,4 +129,34 @@ int RunXifShow(const XifOptions& options, std::ostream& out, std::ostream& err) 
   return 0;
 }
 
+int RunXifExport(const XifOptions& options, std::ostream& out, std::ostream& err) {
+  Session session(options.common, err);
+  if (!session.Open()) return 1;
+  const auto profile = session.LoadProfile(options.profile);
+  if (!profile) return 1;
+  std::shared_ptr<IXIFAndTypesGen> generator;
+  try {
+    generator = CreateObjectAs<IXIFAndTypesGen>("TarnXIFandTypesGen.XIFAndTypesGen");
+    generator->Source("Profile");
+    generator->XifFile(options.output);
+    generator->TypesFolder(options.types);
+    generator->Version(options.version);
+    generator->Platform(options.platform);
+    generator->SourceProfile(profile);
+    generator->Generate();
+  } catch (const Error& error) {
+    err << "kolvane: error: " << options.profile << ": " << error.detail() << '\n';
+    return 1;
+  }
+  if (options.common.json) {
+    JsonWriter json(out);
+    json.BeginObject().Member("written", options.output).Key("messages").BeginArray();
+    for (const std::string& message : generator->Messages()) json.String(message);
+    json.EndArray().EndObject();
+  } else if (!options.common.quiet) {
+    for (const std::string& message : generator->Messages()) err << "kolvane: " << message << '\n';
+  }
+  return 0;
+}
+
 }  // namespace kolvane::cli

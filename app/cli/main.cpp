@@ -147,6 +147,19 @@ int main(int argc, char** argv) {
   xif_show->add_option("DEVICE", xif.device, "Device interface file (.xif)")->required();
   AddCommonOptions(xif_show, xif.common, false);
 
+  CLI::App* xif_export = xif_command->add_subcommand(
+      "export", "Write a profile as a device interface file (.xif), atomically: one VAR per "
+                "network variable, the properties as configuration variables with their values.");
+  xif_export->add_option("PROFILE", xif.profile, "Profile document")->required();
+  xif_export->add_option("-o,--output", xif.output, "Device interface file to write")->required();
+  xif_export->add_option("--version", xif.version, "XIF version to declare: 4.501 (default) or 4.402")
+      ->check(CLI::IsMember({"4.501", "4.402"}));
+  xif_export->add_option("--platform", xif.platform,
+                         "A device interface file of the target platform, whose chip and channel "
+                         "lines are copied; an FT 5000 on TP/FT-10 by default");
+  xif_export->add_option("--types", xif.types, "Folder to write the profile's user types into");
+  AddCommonOptions(xif_export, xif.common, true);
+
   try {
     app.parse(argc, argv);
   } catch (const CLI::ParseError& error) {
@@ -170,5 +183,6 @@ int main(int argc, char** argv) {
   if (app.got_subcommand(compat_command)) return RunCompat(compat, std::cout, std::cerr);
   if (xif_command->got_subcommand(xif_import)) return RunXifImport(xif, std::cout, std::cerr);
   if (xif_command->got_subcommand(xif_show)) return RunXifShow(xif, std::cout, std::cerr);
+  if (xif_command->got_subcommand(xif_export)) return RunXifExport(xif, std::cout, std::cerr);
   return kUsageError;
 }

@@ -3,6 +3,7 @@
 #include <memory>
 
 #include "host/CUnitConverter.h"
+#include "host/CXifGenerator.h"
 #include "host/CUtility.h"
 
 namespace kolvane::internal {
@@ -20,6 +21,8 @@ std::vector<std::pair<std::string, ClassFactory>> BuiltInComponents() {
   return {
       {"UnitManager.Converter", Shared<CUnitConverter>()},
       {"Moraface.Utility", Shared<CUtility>()},
+      // The generator keeps what it is handed: a new one each time.
+      {"TarnXIFandTypesGen.XIFAndTypesGen", [] { return std::make_shared<CXifGenerator>(); }},
   };
 }
 

@@ -147,6 +147,7 @@ int32_t CProfile::Iprofile_XIFandTypegenerate(const std::string& file_name) {
     generator->XifFile(base + "LON/" + file_name + ".xif");
     generator->TypesFolder(base + "Types");
     generator->ResourceCatalogue("LDRF.CAT");
+    generator->SourceProfile(shared_from_this());
     const int32_t status = generator->Generate();
     if (status != 0) RaiseError(status, "the generator failed");
   });

@@ -148,6 +148,17 @@ class Importer {
     facts.append_attribute("TypeIndex") = variable.type_index;
     facts.append_attribute("Flags") = FlagsText(variable.flags).c_str();
     if (variable.array_count > 0) facts.append_attribute("Array") = variable.array_count;
+    if (variable.average_rate != 0 || variable.maximum_rate != 0) {
+      facts.append_attribute("Rates") =
+          (std::to_string(variable.average_rate) + " " + std::to_string(variable.maximum_rate)).c_str();
+    }
+    std::string elements;
+    for (const Element& e : variable.elements) {
+      elements += (elements.empty() ? "" : ";") + std::to_string(e.kind) + " " +
+                  std::to_string(e.offset) + " " + std::to_string(e.size) + " " +
+                  std::to_string(e.is_signed) + " " + std::to_string(e.count);
+    }
+    facts.append_attribute("Elements") = elements.c_str();
     if (!variable.doc.empty()) facts.append_attribute("SelfDoc") = variable.doc.c_str();
     const VariableDoc doc = variable.ParsedDoc();
     if (doc.form == VariableDoc::Form::kMember) {
@@ -185,9 +196,11 @@ class Importer {
       } else {
         const size_t length = Length(type);
         if (length > bytes.size()) throw std::out_of_range("short");
-        const std::string value = SNVTDataConversion::RawToValue(
+        std::string value = SNVTDataConversion::RawToValue(
             std::vector<uint8_t>(bytes.begin(), bytes.begin() + static_cast<long>(length)),
             *CSNVTType::Shared(type));
+        // A property's enumeration default is its state's number, as profiles write it.
+        if (Kind(type) == TypeKind::kEnum) value = std::to_string(static_cast<int8_t>(bytes[0]));
         if (value.empty()) {
           // An element without text is no default: loading assumes the type's.
           notes_.push_back(what + ": the device holds an empty text, which a profile's default "
@@ -395,8 +408,14 @@ class Importer {
     for (char& c : name) {
       if (!std::isalnum(static_cast<unsigned char>(c)) && c != '_') c = '_';
     }
-    std::string unique = name;
-    for (int n = 2; !names_.insert(unique).second; ++n) unique = name + "_" + std::to_string(n);
+    // A device interface file holds names of 16 characters: a longer one, or one with its
+    // number, is cut to fit.
+    constexpr size_t kMaxName = 16;
+    std::string unique = name.substr(0, kMaxName);
+    for (int n = 2; !names_.insert(unique).second; ++n) {
+      const std::string suffix = "_" + std::to_string(n);
+      unique = name.substr(0, kMaxName - suffix.size()) + suffix;
+    }
     return unique;
   }
 

@@ -235,6 +235,12 @@ class RecordingGenerator final : public IXIFAndTypesGen {
   void XifFile(const std::string& value) override { calls.push_back("Xif=" + value); }
   void TypesFolder(const std::string& value) override { calls.push_back("Types=" + value); }
   void ResourceCatalogue(const std::string& value) override { calls.push_back("Cat=" + value); }
+  void SourceProfile(const std::shared_ptr<IUnknown>& profile) override {
+    calls.push_back(profile ? "Profile" : "no profile");
+  }
+  void Version(const std::string& value) override { calls.push_back("Version=" + value); }
+  void Platform(const std::string& value) override { calls.push_back("Platform=" + value); }
+  std::vector<std::string> Messages() const override { return {}; }
   int32_t Generate() override {
     calls.push_back("Generate");
     return status;
@@ -252,14 +258,17 @@ TEST_F(CProfileHostTest, GeneratorGetsFoldersBesideTheCatalogue) {
   std::filesystem::create_directories(component);
   SetComponentFolder(component);
   const auto profile = Loaded();
-  EXPECT_EQ(profile->Iprofile_XIFandTypegenerate("Room"), 429);
+  {
+    const ScopedComponent none("TarnXIFandTypesGen.XIFAndTypesGen", {});
+    EXPECT_EQ(profile->Iprofile_XIFandTypegenerate("Room"), 429);
+  }
 
   const auto generator = std::make_shared<RecordingGenerator>();
   const ScopedComponent registered("TarnXIFandTypesGen.XIFAndTypesGen", [&] { return generator; });
   const auto expected = [](const std::string& base) {
     return std::vector<std::string>{
         "Source=Profile",          "Output=" + base + "LON", "Xif=" + base + "LON/Room.xif",
-        "Types=" + base + "Types", "Cat=LDRF.CAT",           "Generate"};
+        "Types=" + base + "Types", "Cat=LDRF.CAT",           "Profile", "Generate"};
   };
   EXPECT_EQ(profile->Iprofile_XIFandTypegenerate("Room"), 0);
   EXPECT_EQ(generator->calls, expected(component + "/../../../"));
