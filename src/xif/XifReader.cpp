@@ -1,4 +1,6 @@
+#include <algorithm>
 #include <cctype>
+#include <cstdint>
 #include <sstream>
 
 #include "xif/DeviceInterface.h"
@@ -21,6 +23,17 @@ bool IsInteger(const std::string& word) {
     if (!std::isdigit(static_cast<unsigned char>(word[i]))) return false;
   }
   return true;
+}
+
+// Limits that keep every size an int: the bytes of one variable, the elements of an array.
+constexpr int64_t kMaxBytes = 65535;
+constexpr int kMaxArray = 4096;
+
+// A word already checked by IsInteger, as an int; XifError beyond an int's range.
+int IntOf(const std::string& word, int line) {
+  const long long value = std::stoll(word);
+  if (value < INT32_MIN || value > INT32_MAX) throw XifError(line, word + " is out of range");
+  return static_cast<int>(value);
 }
 
 bool StartsWith(const std::string& text, const char* prefix) { return text.rfind(prefix, 0) == 0; }
@@ -141,7 +154,7 @@ void ReadRecordLine(const std::string& line, int number, std::string& name,
   name = words[1];
   for (size_t i = 0; i < 4; ++i) {
     if (!IsInteger(words[i + 2])) throw XifError(number, "\"" + words[i + 2] + "\" is no integer");
-    numbers[i] = std::stoi(words[i + 2]);
+    numbers[i] = IntOf(words[i + 2], number);
   }
 }
 
@@ -170,6 +183,9 @@ Variable ReadVariable(Lines& lines, Style& style, bool first, bool& known_width)
   variable.average_rate = numbers[1];
   variable.maximum_rate = numbers[2];
   variable.array_count = numbers[3];
+  if (variable.array_count < 0 || variable.array_count > kMaxArray) {
+    throw XifError(number, "array count " + std::to_string(variable.array_count));
+  }
   variable.flags = ReadFlags(lines);
   ReadDoc(lines, variable.doc, variable.doc_pieces);
   const int type_line = lines.Number();
@@ -178,14 +194,15 @@ Variable ReadVariable(Lines& lines, Style& style, bool first, bool& known_width)
   if (type.size() != 3 || !IsInteger(type[0]) || type[1] != "*" || !IsInteger(type[2])) {
     throw XifError(type_line, "expected \"<type index> * <element count>\"");
   }
-  variable.type_index = std::stoi(type[0]);
+  variable.type_index = IntOf(type[0], type_line);
   if (first) {
     // "92 *   2" right-aligns the count in 4 columns; "95 * 1" writes one blank.
     const size_t star = type_text.find('*');
     style.type_count_width = type_text.size() - star - 1 > 1 + type[2].size() ? 4 : 1;
   }
-  const int count = std::stoi(type[2]);
+  const int count = IntOf(type[2], type_line);
   if (count < 0 || count > 10000) throw XifError(type_line, "element count " + type[2]);
+  int64_t total = 0;
   for (int i = 0; i < count; ++i) {
     const int at = lines.Number();
     const std::string& element_text = lines.Take("an element line");
@@ -206,6 +223,10 @@ Variable ReadVariable(Lines& lines, Style& style, bool first, bool& known_width)
     variable.elements.push_back({static_cast<int>(values[0]), static_cast<int>(values[1]),
                                  static_cast<int>(values[2]), static_cast<int>(values[3]),
                                  static_cast<int>(values[4])});
+    // Sizes are added up in ints: no element, and no variable, may pass 64 KiB.
+    const int64_t bytes = std::max<int64_t>(values[2], 2) * std::max<int64_t>(values[4], 1);
+    total += bytes;
+    if (total > kMaxBytes) throw XifError(at, variable.name + " takes more than 65535 bytes");
   }
   return variable;
 }
@@ -242,9 +263,9 @@ ConfigFile ReadFile(Lines& lines) {
     throw XifError(number, "expected FILE <kind> <directory index> <n> [<byte count>]");
   }
   file.kind = words[1];
-  file.directory_index = std::stoi(words[2]);
-  file.type_code = std::stoi(words[3]);
-  if (words.size() == 5) file.byte_count = std::stoi(words[4]);
+  file.directory_index = IntOf(words[2], number);
+  file.type_code = IntOf(words[3], number);
+  if (words.size() == 5) file.byte_count = IntOf(words[4], number);
   const int first = lines.Number();
   file.lines = SectionLines(lines, true);
   if (file.kind == "template") {
