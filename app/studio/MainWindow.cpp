@@ -117,6 +117,11 @@ void MainWindow::BuildMenus() {
 
   QMenu* device = menuBar()->addMenu("&Device");
   device->addAction("&Program ID...", this, [this] { ChangeProgramId(); });
+  device->addAction("&Generate Device Interface...", this, [this] {
+    const QString path = QFileDialog::getSaveFileName(this, "Generate Device Interface", {},
+                                                      "Device interface files (*.xif)");
+    if (!path.isEmpty()) GenerateDeviceInterface(path.toStdString());
+  });
 
   QMenu* view = menuBar()->addMenu("&View");
   QMenu* units = view->addMenu("&Units");
@@ -393,6 +398,33 @@ void MainWindow::ShowVariable(QTreeWidgetItem* current) {
   }
 }
 
+bool MainWindow::GenerateDeviceInterface(const std::string& path) {
+  if (!profile_) return false;
+  std::vector<std::string> written;
+  std::string refused;
+  RunGuarded("Generate Device Interface", [&] {
+    auto generator = CreateObjectAs<IXIFAndTypesGen>("TarnXIFandTypesGen.XIFAndTypesGen");
+    generator->Source("Profile");
+    generator->XifFile(path);
+    generator->SourceProfile(profile_);
+    try {
+      generator->Generate();
+      written = generator->Messages();
+    } catch (const Error& error) {
+      refused = error.detail();
+    }
+  });
+  if (!refused.empty()) {
+    messages_->appendPlainText(QString::fromStdString("Device interface not written: " + refused));
+    QMessageBox::warning(this, "Generate Device Interface", QString::fromStdString(refused));
+    return false;
+  }
+  for (const std::string& line : written) {
+    messages_->appendPlainText(QString::fromStdString("Device interface: " + line));
+  }
+  return !written.empty();
+}
+
 void MainWindow::ChangeProgramId() {
   auto dialog = std::make_shared<frmNewPID>();
   dialog->ProgramID(program_id_);
@@ -400,6 +432,11 @@ void MainWindow::ChangeProgramId() {
   const std::string accepted = dialog->ProgramID();
   if (accepted.empty()) return;
   program_id_ = accepted;
+  // The profile document keeps it: a generated device interface file binds to it.
+  pugi::xml_node root = document_->child("Profile");
+  pugi::xml_node element = root.child("ProgramID");
+  if (!element) element = root.insert_child_after("ProgramID", root.child("Name"));
+  element.text() = program_id_.c_str();
   messages_->appendPlainText(QString::fromStdString("Program ID set to " + program_id_));
   statusBar()->showMessage(QString::fromStdString("Program ID " + program_id_));
 }

@@ -37,6 +37,9 @@ class MainWindow final : public QMainWindow {
   bool Open(const ProfileFiles& files);
   // Writes the values, stored or interoperability form, atomically; false with a message box.
   bool SaveValues(const std::string& path, bool interoperability);
+  // Writes the profile's device interface file through the generator; what it wrote, or why it
+  // wrote nothing, goes to the Messages pane. False when it wrote nothing.
+  bool GenerateDeviceInterface(const std::string& path);
 
   // The two item trees; columns as in Column.
   QTreeWidget* VariablesTree() const { return variables_; }
