@@ -412,7 +412,7 @@ def write_atomically(path, text):
         raise
 
 
-def build(facts, extras, user_types, us_units):
+def build(facts, extras, user_types, us_units, schedules=None):
     catalogue = Catalogue(facts, extras)
     for t in facts:
         catalogue.validate(t)
@@ -455,6 +455,9 @@ def build(facts, extras, user_types, us_units):
     body += [catalogue.helpers[k] for k in sorted(catalogue.helpers)]
     body.append("  <!-- User types -->")
     body.append(user_types)
+    if schedules:
+        lengths = {short_id(t["name"]): t["length"] for t in facts}
+        body.append(schedule_types(schedules, lengths))
     body.append("</SNVTS>")
     user_units = {type_id: layout[5] for type_id, layout in user_layouts(user_types).items()
                   if layout[5] and layout[0] in NUMERIC}
@@ -506,6 +509,64 @@ def scpt_table(scpts, catalogue_text):
     return "\n".join(lines) + "\n"
 
 
+def schedule_types(schedules, lengths):
+    """The schedule types and their field types as catalogue elements: flat structures of
+    switching points (time, value), holiday ranges and exception days."""
+    elements = []
+    for t in schedules["field_types"]:
+        children = [f"<NAME>{t['id']}</NAME>", "<TYPE>UnsignedNumeric</TYPE>",
+                    f"<DEFAULT>{t['default']}</DEFAULT>"]
+        if t.get("unit"):
+            children.append(f"<UNIT>{escape(t['unit'])}</UNIT>")
+        children += [f"<MIN>{t['min']}</MIN>", f"<MAX>{t['max']}</MAX>",
+                     f"<LENGTH>{t['length']}</LENGTH>", "<A_COEF>1</A_COEF>", "<B_COEF>0</B_COEF>",
+                     "<C_COEF>0</C_COEF>"]
+        if t.get("invalid") is not None:
+            children.append(f"<INVALIDVALUE>{t['invalid']}</INVALIDVALUE>")
+        elements.append((t["id"], t["comment"], children))
+        lengths[t["id"]] = t["length"]
+    points = range(1, schedules["points_per_day"] + 1)
+    for t in schedules["types"]:
+        fields = []
+        if t["form"] == "week":
+            for day in schedules["days"]:
+                for n in points:
+                    fields += [(f"{day}{n}_time", "sched_time"), (f"{day}{n}_{t['value']}", t["value_type"])]
+        elif t["form"] == "day":
+            for n in points:
+                fields += [(f"p{n}_time", "sched_time"), (f"p{n}_{t['value']}", t["value_type"])]
+        elif t["form"] == "holidays":
+            for r in range(1, schedules["holiday_ranges"] + 1):
+                fields += [(f"h{r:02}_year", "sched_year"), (f"h{r:02}_from_month", "sched_month"),
+                           (f"h{r:02}_from_day", "sched_day"), (f"h{r:02}_to_month", "sched_month"),
+                           (f"h{r:02}_to_day", "sched_day")]
+        elif t["form"] == "exceptions":
+            for r in range(1, schedules["exception_days"] + 1):
+                fields += [(f"x{r:02}_year", "sched_year"), (f"x{r:02}_month", "sched_month"),
+                           (f"x{r:02}_day", "sched_day")]
+                for n in points:
+                    fields += [(f"x{r:02}{n}_time", "sched_time"),
+                               (f"x{r:02}{n}_{t['value']}", t["value_type"])]
+        else:
+            raise FactError(f"schedule type {t['id']} has an unknown form {t['form']}")
+        length = 0
+        for _, field_type in fields:
+            if field_type not in lengths:
+                raise FactError(f"schedule type {t['id']} uses {field_type}, which has no length")
+            length += lengths[field_type]
+        children = [f"<NAME>{t['id']}</NAME>", "<TYPE>Struct</TYPE>", f"<LENGTH>{length}</LENGTH>",
+                    "<Fields>"] + [f"  <{name}>{field_type}</{name}>" for name, field_type in fields]
+        children.append("</Fields>")
+        elements.append((t["id"], t["comment"], children))
+    lines = ["  <!-- Schedule types, written from data/schedules.json -->"]
+    for type_id, comment, children in elements:
+        lines.append(f'  <SNVT_{type_id} FACTOR="1" K4REGION="0">')
+        lines.append(f"    <!-- {escape(comment)} -->")
+        lines += ["    " + c for c in children]
+        lines.append(f"  </SNVT_{type_id}>")
+    return "\n".join(lines)
+
+
 def main(argv):
     parser = argparse.ArgumentParser(description=__doc__.splitlines()[0])
     parser.add_argument("--data", default=os.path.join(ROOT, "data"))
@@ -520,8 +581,13 @@ def main(argv):
     with open(os.path.join(options.data, "us-units.json"), encoding="utf-8") as f:
         us_units = json.load(f)
     try:
+        schedules_path = os.path.join(options.data, "schedules.json")
+        schedules = None
+        if os.path.exists(schedules_path):
+            with open(schedules_path, encoding="utf-8") as f:
+                schedules = json.load(f)
         catalogue_text, table_text, units_text, catalogue = build(facts, extras, user_types,
-                                                                  us_units)
+                                                                  us_units, schedules)
     except FactError as error:
         print(f"gen_catalogue: {error}; nothing written", file=sys.stderr)
         return 1

@@ -78,10 +78,12 @@ struct ScopedCatalogue {
   const std::shared_ptr<pugi::xml_document> document;
 };
 
-// The bundled catalogue's text with extra type elements added at its end.
+// The bundled catalogue's text with extra type elements added before its own, so that an extra
+// type of a name the catalogue has is the one found.
 inline std::string BundledCatalogueWith(const std::string& extra_types) {
   std::string text = FileText(kBundledCatalogue);
-  text.insert(text.rfind("</SNVTS>"), extra_types);
+  const size_t root = text.find("<SNVTS>");
+  text.insert(root + 7, extra_types);
   return text;
 }
 
