@@ -13,6 +13,7 @@
 #include "foundation/Error.h"
 #include "foundation/HostServices.h"
 #include "host/DisplayUnits.h"
+#include "host/frmSchedule.h"
 #include "interfaces/IClonable.h"
 #include "interfaces/ICompatibleSNVT.h"
 #include "interfaces/ICompatibleSNVTs.h"

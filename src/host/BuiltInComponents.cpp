@@ -2,6 +2,7 @@
 
 #include <memory>
 
+#include "host/CScheduleEditor.h"
 #include "host/CUnitConverter.h"
 #include "host/CXifGenerator.h"
 #include "host/CUtility.h"
@@ -23,6 +24,7 @@ std::vector<std::pair<std::string, ClassFactory>> BuiltInComponents() {
       {"Moraface.Utility", Shared<CUtility>()},
       // The generator keeps what it is handed: a new one each time.
       {"TarnXIFandTypesGen.XIFAndTypesGen", [] { return std::make_shared<CXifGenerator>(); }},
+      {"Brask.Ondo.UI.SchedulerEditor.SchedulerFace", [] { return std::make_shared<CScheduleEditor>(); }},
   };
 }
 
