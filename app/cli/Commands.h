@@ -96,4 +96,14 @@ int RunXifExport(const XifOptions& options, std::ostream& out, std::ostream& err
 int RunXifImport(const XifOptions& options, std::ostream& out, std::ostream& err);
 int RunXifShow(const XifOptions& options, std::ostream& out, std::ostream& err);
 
+// "kolvane schedule": a schedule property as a table, holidays taken from an iCalendar file.
+struct ScheduleOptions {
+  CommonOptions common;
+  std::string profile;
+  std::string item;
+  std::string holidays_file;  // .ics whose events become holidays; none when empty
+  std::string output;         // the values document to write after the import; none when empty
+};
+int RunSchedule(const ScheduleOptions& options, std::ostream& out, std::ostream& err);
+
 }  // namespace kolvane::cli

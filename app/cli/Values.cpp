@@ -7,6 +7,7 @@
 #include "foundation/Characters.h"
 #include "foundation/Error.h"
 #include "foundation/Numbers.h"
+#include "host/Schedule.h"
 #include "types/CSNVTType.h"
 
 namespace kolvane::cli {
@@ -26,6 +27,16 @@ std::optional<double> NumberOf(std::string text) {
 bool CheckNumber(const ItemRef& item, const std::string& typed, std::string& value,
                  std::string& error) {
   const std::string id = item.type->ISNVType_ID();
+  // A schedule's time of day is typed as a time: "07:30" is 450 minutes.
+  if (id == "sched_time" && typed.find(':') != std::string::npos) {
+    const auto minutes = schedule::Schedule::ParseTime(typed);
+    if (!minutes) {
+      error = item.path + ": \"" + typed + "\": The time must be between 00:00 and 23:59";
+      return false;
+    }
+    value = std::to_string(*minutes);
+    return true;
+  }
   const auto converter = CreateObjectAs<IUnitConverter>("UnitManager.Converter");
   const std::string unit = converter->DisplayUnits(id);
   const auto with_unit = [&unit](const std::string& number) {

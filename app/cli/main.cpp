@@ -130,6 +130,23 @@ int main(int argc, char** argv) {
   compat_command->add_option("TYPE", compat.type, "Type identifier, e.g. temp_p")->required();
   AddCommonOptions(compat_command, compat.common, true);
 
+  kolvane::cli::ScheduleOptions scheduled;
+  CLI::App* schedule_command = app.add_subcommand(
+      "schedule", "A schedule property's program as a table: day, time, value; holidays and "
+                  "exception days. Holidays can be taken from an iCalendar file.");
+  std::vector<std::string> schedule_arguments;
+  schedule_command
+      ->add_option("[PROFILE] ITEM", schedule_arguments,
+                   "Profile document (the bundled example when left out), then the property")
+      ->required()
+      ->expected(1, 2);
+  schedule_command->add_option("--holidays-from", scheduled.holidays_file,
+                               "iCalendar file (.ics) whose events become holidays of the "
+                               "property (a holiday calendar, SNVT_40060)");
+  schedule_command->add_option("-o,--output", scheduled.output,
+                               "Values document to write with the schedule as it ends");
+  AddCommonOptions(schedule_command, scheduled.common, true);
+
   kolvane::cli::XifOptions xif;
   CLI::App* xif_command =
       app.add_subcommand("xif", "Device interface files (.xif): read a real device's interface.");
@@ -181,6 +198,11 @@ int main(int argc, char** argv) {
   if (app.got_subcommand(types_command)) return RunTypes(types, std::cout, std::cerr);
   if (app.got_subcommand(raw_command)) return RunRaw(raw, std::cout, std::cerr);
   if (app.got_subcommand(compat_command)) return RunCompat(compat, std::cout, std::cerr);
+  if (app.got_subcommand(schedule_command)) {
+    scheduled.item = schedule_arguments.back();
+    if (schedule_arguments.size() == 2) scheduled.profile = schedule_arguments.front();
+    return RunSchedule(scheduled, std::cout, std::cerr);
+  }
   if (xif_command->got_subcommand(xif_import)) return RunXifImport(xif, std::cout, std::cerr);
   if (xif_command->got_subcommand(xif_show)) return RunXifShow(xif, std::cout, std::cerr);
   if (xif_command->got_subcommand(xif_export)) return RunXifExport(xif, std::cout, std::cerr);

@@ -4,6 +4,7 @@
 #include <cstdio>
 #include <map>
 #include <sstream>
+#include <tuple>
 
 #include <pugixml.hpp>
 
@@ -123,6 +124,15 @@ std::optional<Date> Schedule::ParseDate(const std::string& text) {
 std::string Schedule::DateText(const Date& date) {
   const std::string month_day = Two(date.month) + "-" + Two(date.day);
   return date.year == 0 ? month_day : std::to_string(date.year) + "-" + month_day;
+}
+
+Date Schedule::EndOf(const Holiday& holiday) {
+  Date end = holiday.to;
+  end.year = holiday.from.year;
+  if (end.year != 0 && std::tie(end.month, end.day) < std::tie(holiday.from.month, holiday.from.day)) {
+    ++end.year;
+  }
+  return end;
 }
 
 std::string Schedule::DayLabel(const Day& day) {

@@ -66,6 +66,8 @@ class KOLVANE_API Schedule {
   // A date "2026-12-24", or "12-24" for every year; nothing unless a real date.
   static std::optional<Date> ParseDate(const std::string& text);
   static std::string DateText(const Date& date);
+  // The last day of a holiday with its real year: the year after from's when it comes before.
+  static Date EndOf(const Holiday& holiday);
   // "Monday", "Dec 24" for an exception day, "Day" for the one day.
   static std::string DayLabel(const Day& day);
   // A value typed for a point, checked as the value dialogs check it: a state of the value type

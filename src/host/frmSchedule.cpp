@@ -126,7 +126,7 @@ void frmSchedule::Refresh() {
   lvwHolidays.ListItems.clear();
   for (const Holiday& holiday : schedule_.holidays) {
     lvwHolidays.ListItems.push_back({"", schedule::Schedule::DateText(holiday.from),
-                                     {schedule::Schedule::DateText(holiday.to)}, ""});
+                                     {schedule::Schedule::DateText(schedule::Schedule::EndOf(holiday))}, ""});
   }
   if (lvwHolidays.SelectedItem >= static_cast<int32_t>(lvwHolidays.ListItems.size())) {
     lvwHolidays.SelectedItem = -1;
@@ -282,7 +282,7 @@ void frmSchedule::lvwHolidays_Click() {
   if (lvwHolidays.SelectedItem < 0) return;
   const Holiday& holiday = schedule_.holidays.at(static_cast<size_t>(lvwHolidays.SelectedItem));
   SetText(txtFrom, schedule::Schedule::DateText(holiday.from));
-  SetText(txtTo, schedule::Schedule::DateText(holiday.to));
+  SetText(txtTo, schedule::Schedule::DateText(schedule::Schedule::EndOf(holiday)));
 }
 
 void frmSchedule::cmdAddHoliday_Click() {
