@@ -14,6 +14,8 @@
 #include <QPushButton>
 #include <QTreeWidget>
 #include <QVBoxLayout>
+
+#include "WeekView.h"
 #include <algorithm>
 #include <map>
 
@@ -131,6 +133,21 @@ FormDialog::FormDialog(Form& form, QWidget* parent) : QDialog(parent), form_(for
     }
     layout->addLayout(line);
   }
+  // A schedule shows its days at a glance above its lists.
+  if (auto* schedule = dynamic_cast<frmSchedule*>(&form);
+      schedule && schedule->Schedule().form() != schedule::Schedule::Form::kHolidays) {
+    week_view_ = new WeekView(
+        *schedule,
+        [this, schedule](int day) {
+          Dispatch([schedule, day] {
+            schedule->cboDay.ListIndex = day;
+            schedule->cboDay_Click();
+          });
+        },
+        this);
+    layout->insertWidget(0, week_view_);
+    setMinimumWidth(720);
+  }
   Refresh();
 }
 
@@ -209,6 +226,7 @@ void FormDialog::SelectAsForm(QLineEdit& edit, const TextBox& box) {
 }
 
 void FormDialog::Refresh() {
+  if (week_view_) week_view_->update();
   for (Binding& binding : bindings_) {
     QWidget* widget = binding.widget;
     std::visit(

@@ -45,6 +45,7 @@ class FormDialog final : public QDialog {
 
   Form& form_;
   std::vector<Binding> bindings_;
+  QWidget* week_view_ = nullptr;  // a schedule's week at a glance
   bool typing_ = false;  // set while a typed key edits a line edit
 };
 

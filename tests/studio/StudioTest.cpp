@@ -473,6 +473,51 @@ class StudioTest : public QObject {
              qPrintable(messages));
   }
 
+  // A weekly program opens in the schedule editor with its week drawn: a click on Saturday's
+  // row, a point typed and added, Down to Sunday, OK; the property holds the new point.
+  void ScheduleEditorShowsTheWeekAndEditsIt() {
+    kolvane::studio::ProfileFiles files;
+    files.profile = KOLVANE_SOURCE_DIR "/examples/profile-schedules.xml";
+    QVERIFY(window_->Open(files));
+    QTreeWidgetItem* week = Find(window_->PropertiesTree(), "nciOccWeek");
+    QVERIFY(week);
+    OnNextModal([](QWidget* form) {
+      QCOMPARE(form->windowTitle(), QString("Schedule"));
+      auto* view = form->findChild<QWidget*>("weekView");
+      QVERIFY(view);
+      QVERIFY(view->height() >= 7 * 20);
+      if (!qEnvironmentVariableIsEmpty("KOLVANE_SCREENSHOT")) {
+        form->grab().save(qEnvironmentVariable("KOLVANE_SCREENSHOT"));
+      }
+      // Monday's band at 12:00 is occupied, drawn in the first state's colour.
+      const QImage image = view->grab().toImage();
+      const int x = 96 + (view->width() - 96 - 20) / 2;
+      QCOMPARE(image.pixelColor(x, 18 + 10), QColor(76, 175, 80));
+      QTest::mouseClick(view, Qt::LeftButton, {}, QPoint(40, 18 + 5 * 24 + 10));
+      auto* day = Control<QComboBox>(form, "cboDay");
+      QCOMPARE(day->currentText(), QString("Saturday"));
+      TypeOver(Control<QLineEdit>(form, "txtTime"), "09:00");
+      auto* state = Control<QComboBox>(form, "cboValue");
+      state->setCurrentIndex(state->findText("OC_OCCUPIED"));
+      QTest::mouseClick(Control<QPushButton>(form, "cmdAdd"), Qt::LeftButton);
+      auto* points = Control<QTreeWidget>(form, "lvwPoints");
+      QCOMPARE(points->topLevelItemCount(), 2);
+      QCOMPARE(points->topLevelItem(1)->text(0), QString("09:00"));
+      view->setFocus();
+      QTest::keyClick(view, Qt::Key_Down);
+      QCOMPARE(day->currentText(), QString("Sunday"));
+      QTest::mouseClick(Control<QPushButton>(form, "cmdOk"), Qt::LeftButton);
+    });
+    // Enter on the row opens its editor, as a double-click does.
+    window_->PropertiesTree()->setFocus();
+    window_->PropertiesTree()->setCurrentItem(week);
+    QTest::keyClick(window_->PropertiesTree(), Qt::Key_Return);
+    QTreeWidgetItem* saturday = Find(window_->PropertiesTree(), "nciOccWeek.sat2_time");
+    QVERIFY(saturday);
+    QVERIFY2(saturday->text(MainWindow::kValue).startsWith("540"),
+             qPrintable(saturday->text(MainWindow::kValue)));
+  }
+
   void ProgramIdDialogFromTheDeviceMenu() {
     OnNextModal([](QWidget* form) {
       QCOMPARE(form->windowTitle(), QString("Program ID"));
