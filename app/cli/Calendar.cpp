@@ -7,6 +7,8 @@
 
 #include <libical/ical.h>
 
+#include "Files.h"
+
 namespace kolvane::cli {
 
 namespace {
@@ -21,16 +23,9 @@ schedule::Date DateOf(const icaltimetype& time) { return {time.year, time.month,
 
 bool ReadHolidays(const std::string& path, std::vector<schedule::Holiday>& holidays,
                   std::vector<std::string>& notes, std::string& error) {
-  std::error_code ec;
-  if (!std::filesystem::is_regular_file(path, ec)) {
-    error = path + (std::filesystem::exists(path, ec) ? ": not a file" : ": no such file");
-    return false;
-  }
-  std::ifstream in(path, std::ios::binary);
-  std::ostringstream text;
-  text << in.rdbuf();
-  const std::unique_ptr<icalcomponent, ComponentFree> calendar(
-      icalparser_parse_string(text.str().c_str()));
+  std::string text;
+  if (!app::ReadTextFile(path, text, error)) return false;
+  const std::unique_ptr<icalcomponent, ComponentFree> calendar(icalparser_parse_string(text.c_str()));
   if (!calendar || icalcomponent_isa(calendar.get()) != ICAL_VCALENDAR_COMPONENT) {
     error = path + ": not an iCalendar file (no VCALENDAR)";
     return false;

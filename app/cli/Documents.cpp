@@ -1,3 +1,4 @@
+#include <iostream>
 #include "Documents.h"
 
 #include "Files.h"
@@ -15,6 +16,11 @@ std::shared_ptr<pugi::xml_document> ReadDocument(const std::string& path,
 }
 
 bool WriteFileAtomically(const std::string& path, const std::string& text, std::ostream& err) {
+  // "-" is standard output.
+  if (path == "-") {
+    std::cout << text << std::flush;
+    return static_cast<bool>(std::cout);
+  }
   std::string error;
   if (app::WriteFileAtomically(path, text, error)) return true;
   err << "kolvane: error: " << error << '\n';

@@ -3,6 +3,7 @@
 #include <filesystem>
 #include <fstream>
 #include <map>
+#include <optional>
 #include <set>
 #include <sstream>
 
@@ -394,23 +395,49 @@ int RunGet(const GetOptions& options, std::ostream& out, std::ostream& err) {
   return 0;
 }
 
+// Why a text cannot stand in an XML document: bytes that are no UTF-8 (a spreadsheet's
+// Windows-1252, say), or a control character; empty when it can.
+std::string TextProblem(const std::string& text) {
+  for (size_t i = 0; i < text.size();) {
+    const auto byte = static_cast<unsigned char>(text[i]);
+    if (byte < 0x20 && byte != '\t') {
+      return "the value holds control character " + std::to_string(byte) + ", which XML cannot hold";
+    }
+    size_t length = byte < 0x80 ? 1 : (byte >> 5) == 0x6 ? 2 : (byte >> 4) == 0xE ? 3 : (byte >> 3) == 0x1E ? 4 : 0;
+    bool valid = length > 0 && i + length <= text.size();
+    for (size_t k = 1; valid && k < length; ++k) {
+      valid = (static_cast<unsigned char>(text[i + k]) & 0xC0) == 0x80;
+    }
+    if (!valid) {
+      return "the value is not UTF-8 at byte " + std::to_string(i + 1) +
+             " (save the file as UTF-8)";
+    }
+    i += length;
+  }
+  return "";
+}
+
 // Sets the values of a CSV file's path,value rows (a header row naming "path" and "value" picks
 // those columns; an empty value leaves the item as it is); every row is checked first, and each
 // refused one is reported as "FILE:LINE: ..."; false when any is.
 bool SetFromFile(const IProfile& profile, const std::string& path, std::ostream& err) {
-  std::ifstream in(path, std::ios::binary);
-  if (!in) {
-    err << "kolvane: error: " << path << ": cannot read\n";
+  std::string text;
+  std::string error;
+  if (!app::ReadTextFile(path, text, error)) {
+    err << "kolvane: error: " << error << '\n';
     return false;
   }
+  // A spreadsheet's UTF-8 byte-order mark is no part of the header.
+  if (text.rfind("\xEF\xBB\xBF", 0) == 0) text.erase(0, 3);
+  std::istringstream in(text);
   std::vector<CsvRecord> records;
-  std::string error;
   if (!ReadCsv(in, records, error)) {
     err << "kolvane: error: " << path << ": " << error << '\n';
     return false;
   }
   size_t path_column = 0;
   size_t value_column = 1;
+  std::optional<size_t> unit_column;
   size_t columns = records.empty() ? 2 : records.front().fields.size();
   size_t first = 0;
   if (!records.empty() && !records.front().fields.empty() && records.front().fields[0] == "path") {
@@ -422,6 +449,9 @@ bool SetFromFile(const IProfile& profile, const std::string& path, std::ostream&
       return false;
     }
     value_column = static_cast<size_t>(value_at - header.begin());
+    if (const auto unit_at = std::find(header.begin(), header.end(), "unit"); unit_at != header.end()) {
+      unit_column = static_cast<size_t>(unit_at - header.begin());
+    }
     first = 1;
   }
   if (columns < 2) columns = 2;
@@ -437,9 +467,21 @@ bool SetFromFile(const IProfile& profile, const std::string& path, std::ostream&
       continue;
     }
     if (record.fields[value_column].empty()) continue;  // an empty cell leaves the value
+    // Only text a values document can hold: valid UTF-8 without control characters.
+    if (const std::string problem = TextProblem(record.fields[value_column]); !problem.empty()) {
+      err << "kolvane: error: " << where << problem << '\n';
+      refused = true;
+      continue;
+    }
     const ItemRef item = FindItem(profile, record.fields[path_column], error);
+    std::string typed = record.fields[value_column];
+    // A number's unit column says what unit it is in: the row is read in it, or refused.
+    if (unit_column && item.object && IsNumber(item) && !record.fields[*unit_column].empty() &&
+        typed.find(' ') == std::string::npos) {
+      typed += " " + record.fields[*unit_column];
+    }
     std::string value;
-    if (!item.object || !ParseTypedValue(item, record.fields[value_column], value, error)) {
+    if (!item.object || !ParseTypedValue(item, typed, value, error)) {
       err << "kolvane: error: " << where << error << '\n';
       refused = true;
       continue;

@@ -28,19 +28,10 @@ std::string DeviceName(const xif::DeviceInterface& device, const std::string& pa
 }
 
 std::optional<xif::DeviceInterface> ReadDeviceFile(const std::string& path, std::string& error) {
-  std::error_code ec;
-  if (!std::filesystem::is_regular_file(path, ec)) {
-    error = path + (std::filesystem::exists(path, ec) ? ": not a file" : ": no such file");
-    return std::nullopt;
-  }
-  std::ifstream in(path, std::ios::binary);
-  std::ostringstream text;
-  if (!in || !(text << in.rdbuf())) {
-    error = path + ": cannot read";
-    return std::nullopt;
-  }
+  std::string text;
+  if (!ReadTextFile(path, text, error)) return std::nullopt;
   try {
-    return xif::ReadDeviceInterface(text.str());
+    return xif::ReadDeviceInterface(text);
   } catch (const xif::XifError& fault) {
     error = path + ": " + fault.what();
     return std::nullopt;

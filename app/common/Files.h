@@ -14,6 +14,10 @@ std::string BundledExample(const std::string& file_name);
 // The file to read: path, or the bundled example file_name when path is empty.
 std::string DocumentPath(const std::string& path, const std::string& file_name);
 
+// The whole content of the file at path; false with "path: why" in error when it is no file
+// (a directory, a missing path) or cannot be read. A device (/dev/stdin) reads as a file.
+bool ReadTextFile(const std::string& path, std::string& text, std::string& error);
+
 // Reads DocumentPath(path, file_name) into a new document whose root element must be root;
 // nullptr with "file:line:column: message" in error when it cannot.
 std::shared_ptr<pugi::xml_document> ReadDocument(const std::string& path,
@@ -21,7 +25,10 @@ std::shared_ptr<pugi::xml_document> ReadDocument(const std::string& path,
                                                  const std::string& root, std::string& error);
 
 // Writes text to path through a temporary file in the same folder and a rename, so that the
-// file is either the old one or the whole new one. False with the reason in error.
+// file is either the old one or the whole new one, with the old one's permissions. A path that
+// exists and is not a regular file (/dev/stdout, a pipe) is written through, never replaced; a
+// symbolic link is replaced, never followed. An interrupt or termination during the write
+// removes the temporary file. False with the reason in error.
 bool WriteFileAtomically(const std::string& path, const std::string& text, std::string& error);
 
 }  // namespace kolvane::app

@@ -7,6 +7,8 @@
 #include <iterator>
 #include <sstream>
 
+#include "Files.h"
+
 namespace kolvane::app {
 
 namespace {
@@ -40,14 +42,10 @@ XmlLoadResult LoadXmlFile(const std::string& path, pugi::xml_document& document,
                           const std::string& root) {
   XmlLoadResult result;
   result.file = path;
-  std::ifstream in(path, std::ios::binary);
-  if (!in) {
-    result.message = std::string("cannot open file (") + std::strerror(errno) + ")";
-    return result;
-  }
-  const std::string text{std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
-  if (in.bad()) {
-    result.message = "cannot read file";
+  std::string text;
+  std::string error;
+  if (!ReadTextFile(path, text, error)) {
+    result.message = error.substr(path.size() + 2);
     return result;
   }
   const pugi::xml_parse_result parsed = document.load_buffer(text.data(), text.size());

@@ -1,12 +1,16 @@
 """A save killed (SIGKILL) at any moment leaves the old values document or the complete new one
-at the output path, never a part of one; the tool writes no file through a symbolic link."""
+at the output path, never a part of one; one interrupted (SIGINT, SIGTERM) leaves no temporary
+file either. The tool writes no file through a symbolic link, keeps an output's permissions, and
+writes through a pipe instead of replacing it."""
 
 import os
 import random
 import signal
 import subprocess
 import sys
+import stat
 import tempfile
+import threading
 import time
 import unittest
 
@@ -66,6 +70,38 @@ class KillDuringSaveTest(unittest.TestCase):
         self.assertEqual(self.read(victim), "keep me")
         self.assertFalse(os.path.islink(link))
         self.assertIn("<ApplicationProfile>", self.read(link))
+
+
+    def test_interrupted_saves_leave_no_temporary_file(self):
+        output = os.path.join(self.folder, "values.xml")
+        random.seed(2)
+        for value, sent in enumerate([signal.SIGINT, signal.SIGTERM] * 4):
+            process = self.save(output, str(value), wait=False)
+            time.sleep(random.uniform(0.0, 0.6))
+            process.send_signal(sent)
+            process.wait()
+            left = [name for name in os.listdir(self.folder) if name.startswith(".values.xml.")]
+            self.assertEqual(left, [], f"after {sent.name}")
+
+    def test_an_output_keeps_its_permissions(self):
+        output = os.path.join(self.folder, "private.xml")
+        with open(output, "w") as f:
+            f.write("old")
+        os.chmod(output, 0o600)
+        self.save(output, "3")
+        self.assertEqual(stat.S_IMODE(os.stat(output).st_mode), 0o600)
+        self.assertIn("<ApplicationProfile>", self.read(output))
+
+    def test_a_pipe_is_written_through(self):
+        pipe = os.path.join(self.folder, "pipe")
+        os.mkfifo(pipe)
+        received = []
+        reader = threading.Thread(target=lambda: received.append(self.read(pipe)))
+        reader.start()
+        self.save(pipe, "4")
+        reader.join(timeout=30)
+        self.assertTrue(stat.S_ISFIFO(os.lstat(pipe).st_mode))
+        self.assertIn("<ApplicationProfile>", received[0])
 
 
 if __name__ == "__main__":
