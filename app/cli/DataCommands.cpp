@@ -56,6 +56,17 @@ std::string DirectionOf(const ItemRef& item) {
   return item.kind == "in" || item.kind == "out" ? item.kind : "";
 }
 
+}  // namespace
+
+std::string ExportedValueOf(const ItemRef& item) {
+  std::string value;
+  ContinueOnError([&] { value = ValueOf(item); });
+  if (!IsNumber(item.type.get())) return value;
+  return InDisplayUnits(item.type->ISNVType_ID(), value);
+}
+
+namespace {
+
 // One row of an item: texts in the chosen display units, a number's unit in a column of its own.
 std::vector<std::string> RowOf(const ItemRef& item, const std::string& direction) {
   const std::string id = item.type ? item.type->ISNVType_ID() : "";
@@ -68,7 +79,7 @@ std::vector<std::string> RowOf(const ItemRef& item, const std::string& direction
             item.kind,
             id,
             direction,
-            InDisplayUnits(id, value),
+            ExportedValueOf(item),
             InDisplayUnits(id, DefaultOf(item)),
             InDisplayUnits(id, item.type->ISNVType_Min()),
             InDisplayUnits(id, item.type->ISNVType_Max()),

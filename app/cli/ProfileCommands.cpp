@@ -474,6 +474,8 @@ bool SetFromFile(const IProfile& profile, const std::string& path, std::ostream&
       continue;
     }
     const ItemRef item = FindItem(profile, record.fields[path_column], error);
+    // A row as the export wrote it changes nothing: an item keeps the value it has.
+    if (item.object && record.fields[value_column] == ExportedValueOf(item)) continue;
     std::string typed = record.fields[value_column];
     // A number's unit column says what unit it is in: the row is read in it, or refused.
     if (unit_column && item.object && IsNumber(item) && !record.fields[*unit_column].empty() &&

@@ -137,8 +137,12 @@ bool ParseTypedValue(const ItemRef& item, const std::string& typed, std::string&
                      std::string& error) {
   value = typed;
   if (!item.type) return true;
+  if (KindOf(*item.type) == TypeKind::kStruct) {
+    // A structure is set field by field: its brace text names no field.
+    error = item.path + ": a structure is set by its fields (" + item.path + ".FIELD=VALUE)";
+    return false;
+  }
   if (!CheckKind(item, typed, value, error)) return false;
-  if (KindOf(*item.type) == TypeKind::kStruct) return true;
   // What the edit dialogs let pass must still fit the type's bytes.
   try {
     SNVTDataConversion::CheckedValueToRaw(value, *item.type);

@@ -1,0 +1,57 @@
+"""What goes in comes out: every example exported as CSV and fed back unchanged with --set-from
+changes no value, in SI and in US units; a spreadsheet edit of one row changes that row only."""
+
+import os
+import subprocess
+import sys
+import tempfile
+import unittest
+
+KOLVANE = sys.argv.pop(1)
+EXAMPLES = sys.argv.pop(1)
+
+
+def run(*arguments, check=True):
+    return subprocess.run([KOLVANE, *arguments, "-q"], capture_output=True, text=True, check=check)
+
+
+class RoundTripTest(unittest.TestCase):
+    def setUp(self):
+        self.folder = tempfile.mkdtemp()
+
+    def path(self, name):
+        return os.path.join(self.folder, name)
+
+    def test_an_unchanged_export_changes_nothing(self):
+        for example in ("profile.xml", "profile-vav.xml", "profile-schedules.xml"):
+            profile = os.path.join(EXAMPLES, example)
+            run("save", profile, "-o", self.path("plain.xml"))
+            for units in ("si", "us"):
+                with self.subTest(example=example, units=units):
+                    exported = run("export", profile, "--units", units).stdout
+                    with open(self.path("rows.csv"), "w", encoding="utf-8") as f:
+                        f.write(exported)
+                    run("save", profile, "--units", units, "--set-from", self.path("rows.csv"),
+                        "-o", self.path("back.xml"))
+                    diff = run("diff", self.path("plain.xml"), self.path("back.xml"), check=False)
+                    self.assertEqual(diff.returncode, 0, diff.stdout)
+
+    def test_an_edited_row_changes_that_value_only(self):
+        profile = os.path.join(EXAMPLES, "profile.xml")
+        run("save", profile, "-o", self.path("plain.xml"))
+        rows = run("export", profile, "--units", "us").stdout.splitlines()
+        edited = [row.replace(",70.7,", ",71.6,") if row.startswith("nciSetpoint,") else row
+                  for row in rows]
+        self.assertNotEqual(edited, rows)
+        with open(self.path("rows.csv"), "w", encoding="utf-8") as f:
+            f.write("\n".join(edited) + "\n")
+        run("save", profile, "--units", "us", "--set-from", self.path("rows.csv"),
+            "-o", self.path("back.xml"))
+        diff = run("diff", self.path("plain.xml"), self.path("back.xml"), check=False)
+        self.assertEqual(diff.returncode, 1)
+        self.assertEqual([line for line in diff.stdout.splitlines() if line.startswith("~")],
+                         ["~ nciSetpoint: value 21.5 °C -> 22 °C"], diff.stdout)
+
+
+if __name__ == "__main__":
+    unittest.main()
