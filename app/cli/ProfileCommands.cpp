@@ -22,6 +22,7 @@
 #include "items/ItemCore.h"
 #include "foundation/Error.h"
 #include "foundation/Numbers.h"
+#include "foundation/Text.h"
 #include "types/CSNVTType.h"
 #include "types/SnvtCatalogue.h"
 #include "types/StructureDepth.h"
@@ -246,6 +247,8 @@ void CheckRawForm(const ItemRef& item, std::vector<Finding>& findings) {
   }
 }
 
+void CheckLimits(const ItemRef& item, std::vector<Finding>& findings);
+
 void CheckItem(const ItemRef& item, std::vector<Finding>& findings) {
   const size_t before = findings.size();
   const std::string id = TypeName(item);
@@ -277,10 +280,78 @@ void CheckItem(const ItemRef& item, std::vector<Finding>& findings) {
     }
   }
   CheckRange(item, findings);
+  CheckLimits(item, findings);
   for (const ItemRef& field : FieldsOf(item)) CheckItem(field, findings);
   // Leaves, and whole items whose parts gave no finding.
   if (findings.size() == before && (!item.fields || item.kind != "field")) {
     CheckRawForm(item, findings);
+  }
+}
+
+// Findings in the profile document the items no longer show: a direction neither in nor out,
+// two variables of one point key, a property child that is no field of its structure.
+void CheckDocument(const pugi::xml_document& document, std::vector<Finding>& findings) {
+  const pugi::xml_node profile = document.child("Profile");
+  std::map<std::string, std::string> keys;
+  for (pugi::xml_node nv : profile.child("NVs").children()) {
+    if (nv.type() != pugi::node_element) continue;
+    const std::string direction = ToLower(nv.attribute("Direction").value());
+    if (direction != "in" && direction != "out") {
+      findings.push_back({"direction-unknown", true, nv.name(),
+                          "Direction=\"" + std::string(nv.attribute("Direction").value()) +
+                              "\" is neither In nor Out; the variable is read as an output"});
+    }
+    const std::string key = nv.attribute("Key").value();
+    if (key.empty()) continue;
+    if (const auto [at, added] = keys.emplace(ToLower(key), nv.name()); !added) {
+      findings.push_back({"key-duplicate", true, nv.name(),
+                          "point key " + key + " is " + at->second + "'s too"});
+    }
+  }
+  static const std::set<std::string> kKnown = {"snvttype", "default", "value", "min", "max",
+                                               "deviceinterface", "extendedinfo", "sisd"};
+  for (pugi::xml_node cp : profile.child("CPs").children()) {
+    if (cp.type() != pugi::node_element) continue;
+    const std::string type = cp.child_value("SNVTType");
+    const pugi::xml_node fields = internal::FindSnvtChild(type, "Fields");
+    for (pugi::xml_node child : cp.children()) {
+      if (child.type() != pugi::node_element || kKnown.count(ToLower(child.name()))) continue;
+      if (fields && fields.child(child.name())) continue;
+      findings.push_back({"field-unknown", false, cp.name(),
+                          "<" + std::string(child.name()) + "> is " +
+                              (fields ? "no field of SNVT_" + type : "no element a property has") +
+                              "; it is not read"});
+    }
+  }
+}
+
+// Findings of an item's own limits: a minimum above its maximum, limits beyond its type's range.
+void CheckLimits(const ItemRef& item, std::vector<Finding>& findings) {
+  if (!IsNumber(item)) return;
+  const auto number = [](const std::string& text) -> std::optional<double> {
+    if (text.empty()) return std::nullopt;
+    try {
+      return ReadNumber(text);
+    } catch (const Error&) {
+      return std::nullopt;
+    }
+  };
+  const auto low = number(item.type->ISNVType_Min());
+  const auto high = number(item.type->ISNVType_Max());
+  if (low && high && *low > *high) {
+    findings.push_back({"limits-reversed", true, item.path,
+                        "minimum " + Shown(item, item.type->ISNVType_Min()) + " is above maximum " +
+                            Shown(item, item.type->ISNVType_Max())});
+  }
+  const std::string id = TypeName(item);
+  const auto type_low = number(internal::SnvtChildText(id, "MIN"));
+  const auto type_high = number(internal::SnvtChildText(id, "MAX"));
+  if ((low && type_low && *low < *type_low) || (high && type_high && *high > *type_high)) {
+    findings.push_back({"limits-outside-type", false, item.path,
+                        "limits " + Shown(item, item.type->ISNVType_Min()) + " .. " +
+                            Shown(item, item.type->ISNVType_Max()) + " reach beyond SNVT_" + id +
+                            "'s " + Shown(item, internal::SnvtChildText(id, "MIN")) + " .. " +
+                            Shown(item, internal::SnvtChildText(id, "MAX"))});
   }
 }
 
@@ -562,6 +633,7 @@ int RunCheck(const CheckOptions& options, std::ostream& out, std::ostream& err) 
   if (!profile) return 1;
   // Findings come from the items themselves, not from the loader's messages.
   std::vector<Finding> findings;
+  if (session.profile_document()) CheckDocument(*session.profile_document(), findings);
   if (app::IsDeviceFile(options.profile)) {
     std::string error;
     if (const auto device = app::ReadDeviceFile(options.profile, error)) {
