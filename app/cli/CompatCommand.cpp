@@ -21,7 +21,9 @@ std::string Readable(const std::string& list) {
 
 }  // namespace
 
-int RunCompat(const CompatOptions& options, std::ostream& out, std::ostream& err) {
+int RunCompat(const CompatOptions& given, std::ostream& out, std::ostream& err) {
+  CompatOptions options = given;
+  if (options.type.rfind("SNVT_", 0) == 0) options.type.erase(0, 5);  // "SNVT_temp_p" is temp_p
   if (!UseCatalogue(options.common.catalogue, err)) return 1;
   const auto table_document = ReadDocument(options.common.nvo, "nvotable.xml", "NVOTable", err);
   if (!table_document) return 1;

@@ -57,6 +57,10 @@ int RunTypes(const TypesOptions& options, std::ostream& out, std::ostream& err) 
   Session session(options.common, err);
   int status = 0;
   std::vector<std::string> ids = options.ids;
+  // "SNVT_temp_p" names temp_p.
+  for (std::string& id : ids) {
+    if (id.rfind("SNVT_", 0) == 0) id.erase(0, 5);
+  }
   if (ids.empty()) ids = internal::SnvtIdentifiers();
   std::vector<CSNVTType> loaded;
   loaded.reserve(ids.size());

@@ -72,7 +72,13 @@ int main(int argc, char** argv) {
       "save", "Write the values document (stored or interoperability form), after setting values.");
   AddProfile(save_command, save.profile);
   save_command->add_option("-o,--output", save.output, "Values document to write")->required();
-  save_command->add_option("--set", save.assignments, "ITEM[.FIELD...]=VALUE, applied in order");
+  // One ITEM=VALUE per --set, so that a profile after it stays the profile.
+  save_command->add_option("--set", save.assignments, "ITEM[.FIELD...]=VALUE, applied in order")
+      ->allow_extra_args(false)
+      ->check([](const std::string& assignment) {
+        return assignment.find('=') == std::string::npos ? "expected ITEM=VALUE, got " + assignment
+                                                          : std::string();
+      });
   save_command->add_option("--set-from", save.values_file,
                            "CSV of path,value rows (the export format's columns will do), all "
                            "checked before anything is written");
@@ -113,7 +119,7 @@ int main(int argc, char** argv) {
                          "units and enumeration states.");
   types_command->add_option("ID", types.ids,
                             "Identifiers to list (the text after SNVT_); all when none");
-  AddCommonOptions(types_command, types.common, false);
+  AddCommonOptions(types_command, types.common, true);
 
   kolvane::cli::RawOptions raw;
   CLI::App* raw_command = app.add_subcommand(
@@ -122,7 +128,7 @@ int main(int argc, char** argv) {
   raw_command
       ->add_option("VALUE", raw.value, "Value in the type's unit, e.g. 21.5, OC_OCCUPIED, Invalid")
       ->required();
-  AddCommonOptions(raw_command, raw.common, false);
+  AddCommonOptions(raw_command, raw.common, true);
 
   kolvane::cli::CompatOptions compat;
   CLI::App* compat_command = app.add_subcommand(
@@ -178,6 +184,16 @@ int main(int argc, char** argv) {
   AddCommonOptions(xif_export, xif.common, true);
 
   try {
+    // A first word that is no command is named as such, before options are read.
+    if (argc > 1 && argv[1][0] != '-') {
+      const std::string command = argv[1];
+      bool known = false;
+      for (const CLI::App* sub : app.get_subcommands({})) known = known || sub->get_name() == command;
+      if (!known) {
+        std::cerr << "kolvane: unknown command \"" << command << "\"; run kolvane --help for the commands\n";
+        return kUsageError;
+      }
+    }
     app.parse(argc, argv);
   } catch (const CLI::ParseError& error) {
     const int status = app.exit(error);
