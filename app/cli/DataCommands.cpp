@@ -59,6 +59,8 @@ std::string DirectionOf(const ItemRef& item) {
 }  // namespace
 
 std::string ExportedValueOf(const ItemRef& item) {
+  // A structure as its fields show: each number in the display units, with its unit.
+  if (item.fields) return DisplayOf(item)[0];
   std::string value;
   ContinueOnError([&] { value = ValueOf(item); });
   if (!IsNumber(item.type.get())) return value;
@@ -87,7 +89,7 @@ std::vector<std::string> RowOf(const ItemRef& item, const std::string& direction
             bytes.raw,
             bytes.problem};
   }
-  return {item.path, item.kind, id, direction, value, shown[1], shown[2], shown[3], "",
+  return {item.path, item.kind, id, direction, ExportedValueOf(item), shown[1], shown[2], shown[3], "",
           bytes.raw, bytes.problem};
 }
 
@@ -145,6 +147,8 @@ std::vector<Difference> Compare(const std::vector<std::vector<std::string>>& fir
     }
     for (const int column : compared) {
       if (column == 2 || row[column] == other[column]) continue;
+      // Values are compared as the bytes they are: 21.5 and 21.504 are one value.
+      if (column == 4 && !row[9].empty() && row[9] == other[9]) continue;
       const std::string unit = column >= 4 && column <= 7 && !row[8].empty() ? " " + row[8] : "";
       differences.push_back({row[0], kColumns[static_cast<size_t>(column)], row[column] + unit,
                              other[column] + (column >= 4 && column <= 7 && !other[8].empty()

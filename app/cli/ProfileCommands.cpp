@@ -441,9 +441,13 @@ int RunShow(const ShowOptions& options, std::ostream& out, std::ostream& err) {
   for (const ItemRef& item : items) AddRows(table, item, "");
   out << "Profile " << profile->IProfile_Name() << "\n\n";
   table.Print(out);
+  const auto counted = [](int32_t count, const char* one, const char* many) {
+    return std::to_string(count) + " " + (count == 1 ? one : many);
+  };
   out << "\n"
-      << counts.inputs << " inputs, " << counts.outputs << " outputs, " << counts.properties
-      << " configuration properties\n";
+      << counted(counts.inputs, "input", "inputs") << ", "
+      << counted(counts.outputs, "output", "outputs") << ", "
+      << counted(counts.properties, "configuration property", "configuration properties") << '\n';
   return 0;
 }
 
@@ -458,9 +462,11 @@ int RunGet(const GetOptions& options, std::ostream& out, std::ostream& err) {
     err << "kolvane: error: " << error << '\n';
     return 1;
   }
-  // A number in the chosen display units.
+  // A number in the chosen display units; a structure as its fields show.
   std::string value = ValueOf(item);
-  if (IsNumber(item) && value != "Invalid") {
+  if (item.fields) {
+    value = DisplayOf(item)[0];
+  } else if (IsNumber(item) && value != "Invalid" && !value.empty()) {
     value = Converter()->ToDisplayUnits(TypeName(item), value);
   }
   if (options.common.json) {

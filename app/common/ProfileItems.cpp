@@ -53,6 +53,27 @@ std::vector<std::string> DisplayOf(const ItemRef& item) {
     }
   });
   for (std::string& text : texts) text = std::string(TrimBlanks(text));
+  // An item without a value shows none, not its unit alone.
+  ContinueOnError([&] {
+    std::string value = "x";
+    std::string default_value = "x";
+    if (item.fields) return;
+    if (auto nv = std::dynamic_pointer_cast<INetworkVariable>(item.object)) {
+      value = nv->INetworkVariable_Value();
+      default_value = nv->INetworkVariable_DefaultValue();
+    } else if (auto cp = std::dynamic_pointer_cast<IConfigProperty>(item.object)) {
+      value = cp->IConfigProperty_Value();
+      default_value = cp->IConfigProperty_DefaultValue();
+    } else if (auto field = std::dynamic_pointer_cast<IField>(item.object)) {
+      value = field->IField_Value();
+      default_value = field->IField_DefaultValue();
+    }
+    // Only numbers: their texts would be a bare unit.
+    const std::string kind = item.type ? item.type->ISNVType_GenType() : "";
+    if (kind != "SignedNumeric" && kind != "UnsignedNumeric" && kind != "Float") return;
+    if (value.empty()) texts[0].clear();
+    if (default_value.empty()) texts[1].clear();
+  });
   return texts;
 }
 
