@@ -117,6 +117,21 @@ Document KindOfDocument(const pugi::xml_document& document) {
   return Document::kOther;
 }
 
+// Whether two number texts of a type, in the display units, are the same bytes.
+bool SameBytes(const std::string& id, const std::string& first, const std::string& second) {
+  const auto type = CSNVTType::Shared(id);
+  if (first.empty() || second.empty() || !IsNumber(type.get())) return false;
+  try {
+    const auto raw = [&](const std::string& text) {
+      return SNVTDataConversion::CheckedValueToRaw(
+          Converter()->FromDisplayUnits(id, SNVTDataConversion::LocalizeNumber(text)), *type);
+    };
+    return raw(first) == raw(second);
+  } catch (const Error&) {
+    return false;
+  }
+}
+
 struct Difference {
   std::string path;
   std::string what;  // "only in first", "only in second", "type", "value", "default", ...
@@ -149,6 +164,7 @@ std::vector<Difference> Compare(const std::vector<std::vector<std::string>>& fir
       if (column == 2 || row[column] == other[column]) continue;
       // Values are compared as the bytes they are: 21.5 and 21.504 are one value.
       if (column == 4 && !row[9].empty() && row[9] == other[9]) continue;
+      if (column >= 4 && column <= 7 && SameBytes(row[2], row[column], other[column])) continue;
       const std::string unit = column >= 4 && column <= 7 && !row[8].empty() ? " " + row[8] : "";
       differences.push_back({row[0], kColumns[static_cast<size_t>(column)], row[column] + unit,
                              other[column] + (column >= 4 && column <= 7 && !other[8].empty()
