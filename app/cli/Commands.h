@@ -54,6 +54,7 @@ struct SaveOptions {
   std::string output;
   std::vector<std::string> assignments;  // ITEM[.FIELD...]=VALUE
   std::string values_file;               // CSV of path,value rows; none when empty
+  std::string values_document;           // a values document to apply first; none when empty
   bool interoperability = false;
 };
 int RunSave(const SaveOptions& options, std::ostream& out, std::ostream& err);

@@ -80,29 +80,4 @@ std::string ValueOf(const ItemRef& item) {
   return std::dynamic_pointer_cast<IField>(item.object)->IField_Value();
 }
 
-void SetValueOf(const ItemRef& item, const std::string& value) {
-  if (auto nv = std::dynamic_pointer_cast<INetworkVariable>(item.object)) {
-    nv->INetworkVariable_Value(value);
-    // A structure's fields take the text when its value is read.
-    if (item.fields) nv->INetworkVariable_Value();
-  } else if (auto cp = std::dynamic_pointer_cast<IConfigProperty>(item.object)) {
-    cp->IConfigProperty_Value(value);
-  } else if (auto field = std::dynamic_pointer_cast<IField>(item.object)) {
-    field->IField_Value(value);
-    // A network variable's fields take their values from its value text whenever that is
-    // read (saving reads it): join the fields into it, as the structure dialog does.
-    std::shared_ptr<IUnknown> owner = field->IField_Parent();
-    while (auto enclosing = std::dynamic_pointer_cast<IField>(owner)) {
-      owner = enclosing->IField_Parent();
-    }
-    if (auto nv = std::dynamic_pointer_cast<INetworkVariable>(owner)) {
-      std::string joined;
-      for (const auto& sibling : nv->INetworkVariable_Fields()->IFields_NewEnum()) {
-        joined += (joined.empty() ? "" : " ") + sibling->IField_Value();
-      }
-      nv->INetworkVariable_Value(joined);
-    }
-  }
-}
-
 }  // namespace kolvane::cli

@@ -20,8 +20,7 @@ ItemRef FindItem(const IProfile& profile, const std::string& path, std::string& 
 // The value text of an item: the plain value; for a structure the brace text of its fields'
 // values (read without writing the fields).
 std::string ValueOf(const ItemRef& item);
-// Sets the value text through the member a host uses.
-void SetValueOf(const ItemRef& item, const std::string& value);
+using app::SetValueOf;
 using app::RawBytesOf;
 using app::RawColumnOf;
 

@@ -593,6 +593,20 @@ int RunSave(const SaveOptions& options, std::ostream& out, std::ostream& err) {
     err << "kolvane: error: " << options.output << ": will not write over the profile it read\n";
     return 1;
   }
+  // A values document saved before: a day's edits resumed.
+  if (!options.values_document.empty()) {
+    std::string error;
+    const auto values = app::ReadDocument(options.values_document, "", "", error);
+    if (!values || !values->select_node("//ApplicationProfile")) {
+      err << "kolvane: error: "
+          << (values ? options.values_document + ": no ApplicationProfile: not a values document" : error)
+          << '\n';
+      return 1;
+    }
+    for (const std::string& note : app::ApplyValues(*profile, *values)) {
+      if (!options.common.quiet) err << "kolvane: warning: " << options.values_document << ": " << note << '\n';
+    }
+  }
   // Values from a file first, all checked before anything is set.
   if (!options.values_file.empty() && !SetFromFile(*profile, options.values_file, err)) return 1;
   for (const std::string& assignment : options.assignments) {

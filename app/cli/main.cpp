@@ -82,6 +82,9 @@ int main(int argc, char** argv) {
   save_command->add_option("--set-from", save.values_file,
                            "CSV of path,value rows (the export format's columns will do), all "
                            "checked before anything is written");
+  save_command->add_option("--values-from", save.values_document,
+                           "A values document (either form) whose values are set first, matched "
+                           "by point key, then by name");
   save_command->add_flag("--interop", save.interoperability, "Interoperability form");
   AddCommonOptions(save_command, save.common, true);
 

@@ -94,4 +94,85 @@ std::string ValuesDocumentText(IProfile& profile, bool interoperability) {
   return text.str();
 }
 
+void SetValueOf(const ItemRef& item, const std::string& value) {
+  if (auto nv = std::dynamic_pointer_cast<INetworkVariable>(item.object)) {
+    nv->INetworkVariable_Value(value);
+    // A structure's fields take the text when its value is read.
+    if (item.fields) nv->INetworkVariable_Value();
+  } else if (auto cp = std::dynamic_pointer_cast<IConfigProperty>(item.object)) {
+    cp->IConfigProperty_Value(value);
+  } else if (auto field = std::dynamic_pointer_cast<IField>(item.object)) {
+    field->IField_Value(value);
+    // A network variable's fields take their values from its value text whenever that is
+    // read (saving reads it): join the fields into it, as the structure dialog does.
+    std::shared_ptr<IUnknown> owner = field->IField_Parent();
+    while (auto enclosing = std::dynamic_pointer_cast<IField>(owner)) {
+      owner = enclosing->IField_Parent();
+    }
+    if (auto nv = std::dynamic_pointer_cast<INetworkVariable>(owner)) {
+      std::string joined;
+      for (const auto& sibling : nv->INetworkVariable_Fields()->IFields_NewEnum()) {
+        joined += (joined.empty() ? "" : " ") + sibling->IField_Value();
+      }
+      nv->INetworkVariable_Value(joined);
+    }
+  }
+}
+
+
+namespace {
+
+// Sets a property's structure from its brace text, field by field (nested ones too).
+void SetStructureText(const ItemRef& item, const std::string& text) {
+  const auto utility = CreateObjectAs<IUtility>("Moraface.Utility");
+  const std::vector<std::string> parts = utility->SplitFields(text);
+  const std::vector<ItemRef> fields = FieldsOf(item);
+  for (size_t i = 0; i < fields.size() && i < parts.size(); ++i) {
+    if (fields[i].fields) {
+      SetStructureText(fields[i], parts[i]);
+    } else if (auto field = std::dynamic_pointer_cast<IField>(fields[i].object)) {
+      field->IField_Value(parts[i]);
+    }
+  }
+}
+
+}  // namespace
+
+std::vector<std::string> ApplyValues(const IProfile& profile, const pugi::xml_document& values) {
+  std::vector<std::string> notes;
+  const std::vector<ItemRef> items = TopItems(profile);
+  const auto key_of = [](const ItemRef& item) -> std::string {
+    if (auto nv = std::dynamic_pointer_cast<INetworkVariable>(item.object)) return nv->INetworkVariable_PointKey();
+    if (auto cp = std::dynamic_pointer_cast<IConfigProperty>(item.object)) return cp->IConfigProperty_PointKey();
+    return "";
+  };
+  for (const pugi::xpath_node found : values.select_nodes("//ApplicationProfile/ApPoint")) {
+    const pugi::xml_node point = found.node();
+    const std::string key = point.attribute("Key").value();
+    const std::string name = point.attribute("Name").value();
+    // By point key, then by name.
+    const ItemRef* target = nullptr;
+    for (const ItemRef& item : items) {
+      if (!key.empty() && key_of(item) == key) target = &item;
+    }
+    for (const ItemRef& item : items) {
+      if (!target && item.path == name) target = &item;
+    }
+    if (!target) {
+      notes.push_back(name + (key.empty() ? "" : " (" + key + ")") + ": no such item in the profile");
+      continue;
+    }
+    const std::string value = point.attribute("Value").value();
+    if (value.empty()) continue;  // a point without a value leaves the item
+    ContinueOnError([&] {
+      if (target->fields && std::dynamic_pointer_cast<IConfigProperty>(target->object)) {
+        SetStructureText(*target, value);
+      } else {
+        SetValueOf(*target, value);
+      }
+    });
+  }
+  return notes;
+}
+
 }  // namespace kolvane::app

@@ -37,6 +37,15 @@ std::string RawColumnOf(const ItemRef& item);
 // and for a type without any.
 std::string LimitsOf(const ItemRef& item, const std::vector<std::string>& display);
 
+// Sets the value text of an item through the member a host uses (a network variable's fields
+// joined into its value, as the structure dialog does).
+void SetValueOf(const ItemRef& item, const std::string& value);
+
+// Sets the values a values document holds ("ApplicationProfile" of "ApPoint" records, either
+// form): each record's item found by its point key, then by its name; a record without a value
+// leaves its item. Returns a note for each record naming an item the profile lacks.
+std::vector<std::string> ApplyValues(const IProfile& profile, const pugi::xml_document& values);
+
 // The profile's values as an XML document text: the stored form, or the interoperability form
 // with item keys.
 std::string ValuesDocumentText(IProfile& profile, bool interoperability);

@@ -105,6 +105,10 @@ void MainWindow::BuildMenus() {
   file->addAction("&Open Profile...", QKeySequence::Open, this,
                   [this] { AskOpen(&ProfileFiles::profile, "Open Profile"); });
   file->addAction("Import &Device Interface...", this, [this] { AskImportDevice(); });
+  file->addAction("&Apply Values...", this, [this] {
+    const QString path = QFileDialog::getOpenFileName(this, "Apply Values", {}, "XML (*.xml)");
+    if (!path.isEmpty()) ApplyValues(path.toStdString());
+  });
   file->addAction("Type &Catalogue...", this,
                   [this] { AskOpen(&ProfileFiles::catalogue, "Type Catalogue"); });
   file->addAction("&NVO Table...", this,
@@ -396,6 +400,25 @@ void MainWindow::ShowVariable(QTreeWidgetItem* current) {
       compatibles_->addItem(QString::fromStdString("SNVT_" + entry->ICompatibleSNVT_ID()));
     }
   }
+}
+
+bool MainWindow::ApplyValues(const std::string& path) {
+  if (!profile_) return false;
+  std::string error;
+  const auto values = app::ReadDocument(path, "", "", error);
+  if (!values || !values->select_node("//ApplicationProfile")) {
+    const std::string why = values ? path + ": no ApplicationProfile: not a values document" : error;
+    QMessageBox::warning(this, "Apply Values", QString::fromStdString(why));
+    return false;
+  }
+  std::vector<std::string> notes;
+  RunGuarded("Apply Values", [&] { notes = app::ApplyValues(*profile_, *values); });
+  messages_->appendPlainText(QString::fromStdString("Applied values from " + path));
+  for (const std::string& note : notes) messages_->appendPlainText(QString::fromStdString("  " + note));
+  edited_ = true;
+  RefreshRows();
+  RefreshTitle();
+  return true;
 }
 
 bool MainWindow::GenerateDeviceInterface(const std::string& path) {

@@ -40,6 +40,9 @@ class MainWindow final : public QMainWindow {
   // Writes the profile's device interface file through the generator; what it wrote, or why it
   // wrote nothing, goes to the Messages pane. False when it wrote nothing.
   bool GenerateDeviceInterface(const std::string& path);
+  // Sets the values a values document holds (File, Apply Values); the records naming items the
+  // profile lacks go to the Messages pane. False when the file is no values document.
+  bool ApplyValues(const std::string& path);
 
   // The two item trees; columns as in Column.
   QTreeWidget* VariablesTree() const { return variables_; }

@@ -53,5 +53,35 @@ class RoundTripTest(unittest.TestCase):
                          ["~ nciSetpoint: value 21.5 °C -> 22 °C"], diff.stdout)
 
 
+    def test_a_values_document_resumes_the_edits(self):
+        profile = os.path.join(EXAMPLES, "profile.xml")
+        edits = ["--set", "nciSetpoint=23", "--set", "nciOccSetpoints.occupied_heat=20",
+                 "--set", "nciLocation=Hall 2", "--set", "nviSpaceTemp=19.5",
+                 "--set", "nviOccCmd=OC_BYPASS"]
+        for form in ([], ["--interop"]):
+            with self.subTest(form=form):
+                run("save", profile, "-o", self.path("day1.xml"), *form, *edits)
+                run("save", profile, "--values-from", self.path("day1.xml"), "-o",
+                    self.path("day2.xml"), *form)
+                diff = run("diff", self.path("day1.xml"), self.path("day2.xml"), check=False)
+                self.assertEqual(diff.returncode, 0, diff.stdout)
+                unchanged = run("diff", self.path("day1.xml"),
+                                run("save", profile, "-o", self.path("plain.xml"), *form) and
+                                self.path("plain.xml"), check=False)
+                self.assertEqual(unchanged.returncode, 1)
+
+    def test_a_record_of_an_item_the_profile_lacks_is_reported(self):
+        with open(self.path("other.xml"), "w", encoding="utf-8") as f:
+            f.write('<ApplicationProfile><ApPoint Key="P99" Name="nciGone" Value="1"/>'
+                    '<ApPoint Key="" Name="nciSetpoint" Value="24"/></ApplicationProfile>')
+        result = subprocess.run([KOLVANE, "save", os.path.join(EXAMPLES, "profile.xml"),
+                                 "--values-from", self.path("other.xml"), "-o",
+                                 self.path("out.xml")], capture_output=True, text=True)
+        self.assertEqual(result.returncode, 0, result.stderr)
+        self.assertIn("other.xml: nciGone (P99): no such item in the profile", result.stderr)
+        with open(self.path("out.xml"), encoding="utf-8") as f:
+            self.assertIn('Name="nciSetpoint" Direction="In" Type="temp_p" Value="24"', f.read())
+
+
 if __name__ == "__main__":
     unittest.main()

@@ -518,6 +518,22 @@ class StudioTest : public QObject {
              qPrintable(saturday->text(MainWindow::kValue)));
   }
 
+  // File, Apply Values resumes a day's edits from a values document.
+  void ApplyValuesResumesEdits() {
+    QTemporaryDir folder;
+    const QString path = folder.filePath("day.xml");
+    QFile file(path);
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    file.write(R"(<ApplicationProfile><ApPoint Key="" Name="nciSetpoint" Value="23"/>)"
+               R"(<ApPoint Key="P99" Name="nciGone" Value="1"/></ApplicationProfile>)");
+    file.close();
+    QVERIFY(window_->ApplyValues(path.toStdString()));
+    QCOMPARE(Find(window_->PropertiesTree(), "nciSetpoint")->text(MainWindow::kValue), QString("23 °C"));
+    QVERIFY(window_->isWindowModified());
+    const QString messages = window_->findChild<QPlainTextEdit*>("messages")->toPlainText();
+    QVERIFY2(messages.contains("nciGone (P99): no such item in the profile"), qPrintable(messages));
+  }
+
   void ProgramIdDialogFromTheDeviceMenu() {
     OnNextModal([](QWidget* form) {
       QCOMPARE(form->windowTitle(), QString("Program ID"));
