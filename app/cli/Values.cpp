@@ -77,7 +77,37 @@ bool CheckNumber(const ItemRef& item, const std::string& typed, std::string& val
   return true;
 }
 
-bool CheckState(const ItemRef& item, const std::string& typed, std::string& error) {
+// The states a type override allows an item: (number, name); empty without one.
+std::vector<std::pair<std::string, std::string>> OverrideStates(const ItemRef& item) {
+  std::vector<std::pair<std::string, std::string>> states;
+  const auto overridable = std::dynamic_pointer_cast<IOverridableItem>(item.object);
+  const auto override = overridable ? overridable->IOverridableItem_TypeOverride() : nullptr;
+  const auto list = override ? override->ITypeOverride_States() : nullptr;
+  if (!list) return states;
+  for (const auto& state : list->IStates_NewEnum()) {
+    if (state) states.emplace_back(std::to_string(state->iState_Value()), state->iState_Name());
+  }
+  return states;
+}
+
+bool CheckState(const ItemRef& item, const std::string& typed, std::string& value,
+                std::string& error) {
+  // A type override's states are the ones offered and accepted.
+  if (const auto states = OverrideStates(item); !states.empty()) {
+    std::string names;
+    for (const auto& [number, name] : states) {
+      if (typed == name || typed == number || typed == "(" + number + "," + name + ")") {
+        // A name the type itself lacks is written as the enumeration dialog writes it.
+        const bool own = ("," + item.type->ISNVType_EnumDesc()).find("," + number + "," + name + ";") !=
+                         std::string::npos;
+        value = own ? name : "(" + number + "," + name + ")";
+        return true;
+      }
+      names += (names.empty() ? "" : ", ") + name;
+    }
+    error = item.path + ": \"" + typed + "\" is no state the item allows; valid: " + names;
+    return false;
+  }
   std::istringstream entries(item.type->ISNVType_EnumDesc());
   std::string names;
   for (std::string entry; std::getline(entries, entry, ';');) {
@@ -94,6 +124,18 @@ bool CheckState(const ItemRef& item, const std::string& typed, std::string& erro
 }
 
 bool CheckText(const ItemRef& item, const std::string& typed, std::string& error) {
+  // An ASCII text type holds ASCII only: a device reads other bytes as another character.
+  if (item.type->ISNVType_ID() == "str_asc") {
+    for (size_t i = 0; i < typed.size(); ++i) {
+      if (static_cast<unsigned char>(typed[i]) >= 0x80) {
+        size_t end = i + 1;
+        while (end < typed.size() && (static_cast<unsigned char>(typed[end]) & 0xC0) == 0x80) ++end;
+        error = item.path + ": \"" + typed + "\": \"" + typed.substr(i, end - i) +
+                "\" is no ASCII character; SNVT_str_asc holds ASCII only";
+        return false;
+      }
+    }
+  }
   const int32_t room = item.type->ISNVType_Length() - 1;
   if (room >= 0 && CharacterCount(typed) > static_cast<size_t>(room)) {
     error = item.path + ": \"" + typed + "\": The text cannot exceed " + std::to_string(room) +
@@ -120,7 +162,7 @@ bool CheckKind(const ItemRef& item, const std::string& typed, std::string& value
     case TypeKind::kFloat:
       return CheckNumber(item, typed, value, error);
     case TypeKind::kEnum:
-      return CheckState(item, typed, error);
+      return CheckState(item, typed, value, error);
     case TypeKind::kTextual:
       return CheckText(item, typed, error);
     case TypeKind::kBitfield:

@@ -182,10 +182,16 @@ TEST_F(TypedValuesTest, RoundingAndRefusals) {
       {"state", "-1", "", "outside what 2 bytes"},
       {"amp", "Invalid", "", "has no invalid value"},
       {"temp_p", "Invalid", "7FFF", ""},
-      {"str_asc", "Caf\xC3\xA9", "436166E9202020202020202020202020202020202020202020202020202000", ""},
-      {"str_asc", "\xE6\xB8\xA9", "", "has no code in device text"},
+      {"str_asc", "Cafe", "43616665202020202020202020202020202020202020202020202020202000", ""},
+      {"str_asc", "Caf\xC3\xA9", "", "\"\xC3\xA9\" is no ASCII character"},
+      {"text8", "Caf\xC3\xA9", "436166E9202000", ""},
+      {"text8", "\xE6\xB8\xA9", "", "has no code in device text"},
+      {"text8", "12345678", "", "The text cannot exceed 6 characters"},
       {"occupancy", "OC_BYPASS", "02", ""},
   };
+  // A text type of Windows-1252 characters beside the ASCII one.
+  ScopedCatalogue texts(BundledCatalogueWith(
+      "<SNVT_text8><NAME>text8</NAME><TYPE>Textual</TYPE><LENGTH>7</LENGTH></SNVT_text8>"));
   for (const Case& c : cases) {
     const auto type = CSNVTType::Shared(c.id);
     const app::ItemRef item{c.id, "type", nullptr, type, nullptr};
