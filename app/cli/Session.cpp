@@ -45,7 +45,7 @@ bool Session::Open() {
   nvo_table_ = ReadDocument(options_.nvo, "nvotable.xml", "NVOTable", err_);
   if (!nvo_table_) return false;
   if (options_.units == "us") {
-    const auto table = ReadDocument("", "units.xml", "Units", err_);
+    const auto table = ReadDocument(options_.units_table, "units.xml", "Units", err_);
     if (!table) return false;
     SetUnitTable(table);
     previous_units_ = SetUnitSystem(UnitSystem::kUSCustomary);

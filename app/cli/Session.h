@@ -18,6 +18,7 @@ struct CommonOptions {
   bool json = false;      // machine-readable output
   bool quiet = false;     // no warnings or progress on stderr
   std::string units = "si";  // display units: "si" or "us"
+  std::string units_table;   // units.xml for US units; the bundled one when empty
 };
 
 // A message box the library showed while the command ran.

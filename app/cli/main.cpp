@@ -23,6 +23,9 @@ void AddCommonOptions(CLI::App* command, CommonOptions& common, bool with_nvo) {
   }
   command->add_option("--units", common.units, "Display units: si (the catalogue's, default) or us")
       ->check(CLI::IsMember({"si", "us"}));
+  command->add_option("--units-table", common.units_table,
+                      "Unit table for --units us (units.xml: per type its US unit, FACTOR and "
+                      "OFFSET); the bundled one by default");
   command->add_flag("--json", common.json, "Machine-readable output");
   command->add_flag("-q,--quiet", common.quiet, "No warnings or progress on standard error");
 }
