@@ -91,15 +91,44 @@ std::string Converted(const Conversion& conversion, const std::string& value) {
     } catch (const Error&) {
     }
   }
-  // Floats and numbers beyond exact reach: seven digits, as a single-precision value holds.
+  // Floats and numbers beyond exact reach: as few digits as give back the same single-precision
+  // value when typed back.
   double number = 0;
   try {
     number = ParseNumber(SNVTDataConversion::NormalizeDecimal(value), Globals::DecimalPoint());
   } catch (const Error&) {
     return value;  // no number ("Invalid", empty): shown as it is
   }
-  return GeneralText(number * conversion.factor.ToDouble() + conversion.offset.ToDouble(), 7,
-                     Globals::DecimalSeparator);
+  const double shown = number * conversion.factor.ToDouble() + conversion.offset.ToDouble();
+  const auto held = static_cast<float>(number);
+  // Near an offset (0 °C is 32 °F) a small value needs more than nine digits.
+  for (int digits = 7; digits <= 17; ++digits) {
+    // Typed back, the text goes the way FromDisplayUnits takes it.
+    const std::string text = GeneralText(shown, digits, ".");
+    const auto typed = Rational::FromText(text);
+    try {
+      if (typed && static_cast<float>(((*typed - conversion.offset) / conversion.factor).ToDouble()) == held) {
+        return GeneralText(shown, digits, Globals::DecimalSeparator);
+      }
+    } catch (const Error&) {
+    }
+  }
+  return GeneralText(shown, 17, Globals::DecimalSeparator);
+}
+
+// The shortest text of a number that reads back as the same single-precision value.
+std::string SingleText(double number) {
+  // The digits of the single-precision value itself: a number near the middle of two of them
+  // would round either way once cut.
+  const auto held = static_cast<float>(number);
+  for (int digits = 7; digits < 9; ++digits) {
+    const std::string text = GeneralText(held, digits, ".");
+    try {
+      if (static_cast<float>(ParseNumber(text)) == held) return text;
+    } catch (const Error&) {
+    }
+  }
+  return GeneralText(held, 9, ".");
 }
 
 std::string InvariantText(const std::string& value) {
@@ -155,7 +184,7 @@ std::string CUnitConverter::FromDisplayUnits(const std::string& type_id,
       const Rational held = *step * (Rational((si / *step - c).Round(), 1) + c);
       return held.Text(conversion->type_decimals, '.');
     }
-    return GeneralText(si.ToDouble(), 7, ".");
+    return SingleText(si.ToDouble());
   } catch (const Error&) {
     return InvariantText(value);
   }

@@ -1,10 +1,13 @@
 #include "host/CUnitConverter.h"
 #include "host/CUtility.h"
 
+#include <cmath>
 #include <fstream>
+#include <random>
 
 #include "conversion/SNVTDataConversion.h"
 #include "foundation/Decimal.h"
+#include "types/SnvtCatalogue.h"
 
 #include "../TestSupport.h"
 
@@ -229,6 +232,38 @@ TEST(CUtilityTest, EnumStateNumber) {
   for (const char* state : {"1.5", "nope", ""}) {
     EXPECT_EQ(ErrorNumberOf([&] { Utility()->EnumStateNumber(state); }), 5) << state;
   }
+}
+
+}  // namespace
+}  // namespace kolvane::test
+
+namespace kolvane::test {
+namespace {
+
+// A float shown in US units and typed back is the same single-precision value: every float type
+// with a US unit, over values of every magnitude.
+TEST(CUnitConverterTest, FloatsShownInUsUnitsComeBackTheSame) {
+  ScopedCatalogue catalogue(kBundledCatalogue, true);
+  ScopedDecimalSeparator point(".");
+  ScopedUsUnits us;
+  const auto converter = Converter();
+  std::mt19937 random(5);
+  std::uniform_real_distribution<double> exponent(-6.0, 6.0);
+  int checked = 0;
+  for (const std::string& id : internal::SnvtIdentifiers()) {
+    if (CSNVTType::Shared(id)->Kind() != TypeKind::kFloat) continue;
+    if (converter->DisplayUnits(id) == CSNVTType::Shared(id)->ISNVType_Units()) continue;
+    for (int i = 0; i < 200; ++i) {
+      const auto value = static_cast<float>((i % 2 ? -1 : 1) * std::pow(10.0, exponent(random)));
+      char text[32];
+      std::snprintf(text, sizeof text, "%.9g", static_cast<double>(value));
+      const std::string shown = converter->ToDisplayUnits(id, text);
+      const std::string back = converter->FromDisplayUnits(id, shown);
+      EXPECT_EQ(std::strtof(back.c_str(), nullptr), value) << id << " " << text << " shown " << shown << " back " << back;
+      ++checked;
+    }
+  }
+  EXPECT_GT(checked, 1000);
 }
 
 }  // namespace
