@@ -113,7 +113,8 @@ std::string Converted(const Conversion& conversion, const std::string& value) {
     } catch (const Error&) {
     }
   }
-  return GeneralText(shown, 17, Globals::DecimalSeparator);
+  // None gives it back (a value at the end of single precision's range): seven digits.
+  return GeneralText(shown, 7, Globals::DecimalSeparator);
 }
 
 // The shortest text of a number that reads back as the same single-precision value.
