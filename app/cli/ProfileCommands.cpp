@@ -288,6 +288,26 @@ void CheckItem(const ItemRef& item, std::vector<Finding>& findings) {
   }
 }
 
+// The texts a profile's properties hold other than their documents wrote them: the loader makes
+// the first "," of a text without "." the decimal separator ("Hall 2,5 m" becomes "Hall 2.5 m").
+std::vector<std::pair<std::string, std::pair<std::string, std::string>>> ChangedTexts(
+    const IProfile& profile, const pugi::xml_document& document) {
+  std::vector<std::pair<std::string, std::pair<std::string, std::string>>> changed;
+  const pugi::xml_node list = document.child("Profile").child("CPs");
+  for (const ItemRef& item : TopItems(profile)) {
+    if (item.kind != "cp" || !item.type || item.type->ISNVType_GenType() != "Textual") continue;
+    const pugi::xml_node element = list.child(item.path.c_str());
+    std::string written;
+    for (pugi::xml_node child : element.children()) {
+      const std::string name = ToLower(child.name());
+      if (name == "default" || name == "value") written = child.text().get();
+    }
+    const std::string held = ValueOf(item);
+    if (!written.empty() && written != held) changed.push_back({item.path, {written, held}});
+  }
+  return changed;
+}
+
 // Findings in the profile document the items no longer show: a direction neither in nor out,
 // two variables of one point key, a property child that is no field of its structure.
 void CheckDocument(const pugi::xml_document& document, std::vector<Finding>& findings) {
@@ -633,6 +653,17 @@ int RunSave(const SaveOptions& options, std::ostream& out, std::ostream& err) {
       return 1;
     }
   }
+  // A text the save writes otherwise than the profile wrote it is said.
+  if (!options.common.quiet && session.profile_document()) {
+    for (const auto& [path, texts] : ChangedTexts(*profile, *session.profile_document())) {
+      const bool set = std::any_of(options.assignments.begin(), options.assignments.end(),
+                                   [&](const std::string& a) { return a.rfind(path + "=", 0) == 0; });
+      if (!set) {
+        err << "kolvane: note: " << path << ": \"" << texts.first << "\" is saved as \""
+            << texts.second << "\"\n";
+      }
+    }
+  }
   const std::string text = app::ValuesDocumentText(*profile, options.interoperability);
   if (!WriteFileAtomically(options.output, text, err)) return 1;
   if (options.common.json) {
@@ -653,7 +684,14 @@ int RunCheck(const CheckOptions& options, std::ostream& out, std::ostream& err) 
   if (!profile) return 1;
   // Findings come from the items themselves, not from the loader's messages.
   std::vector<Finding> findings;
-  if (session.profile_document()) CheckDocument(*session.profile_document(), findings);
+  if (session.profile_document()) {
+    CheckDocument(*session.profile_document(), findings);
+    for (const auto& [path, texts] : ChangedTexts(*profile, *session.profile_document())) {
+      findings.push_back({"text-separator", false, path,
+                          "\"" + texts.first + "\" is read as \"" + texts.second +
+                              "\": the first comma of a text without a period is the decimal separator"});
+    }
+  }
   if (app::IsDeviceFile(options.profile)) {
     std::string error;
     if (const auto device = app::ReadDeviceFile(options.profile, error)) {
