@@ -310,11 +310,33 @@ std::vector<std::pair<std::string, std::pair<std::string, std::string>>> Changed
 
 // Findings in the profile document the items no longer show: a direction neither in nor out,
 // two variables of one point key, a property child that is no field of its structure.
-void CheckDocument(const pugi::xml_document& document, std::vector<Finding>& findings) {
+void CheckDocument(const IProfile& loaded, const pugi::xml_document& document,
+                   std::vector<Finding>& findings) {
   const pugi::xml_node profile = document.child("Profile");
+  std::map<std::string, std::shared_ptr<INetworkVariable>> variables;
+  for (const auto& nv : loaded.IProfile_NVs()->INetworkVariables_NewEnum()) {
+    variables.emplace(nv->INetworkVariable_Name(), nv);
+  }
   std::map<std::string, std::string> keys;
   for (pugi::xml_node nv : profile.child("NVs").children()) {
     if (nv.type() != pugi::node_element) continue;
+    // What a save writes otherwise: the export number the variable's place gives it, a whole
+    // location.
+    const pugi::xml_node info = nv.child("ExtendedInfo");
+    if (const auto found = variables.find(nv.name()); found != variables.end() && info) {
+      const std::string index = info.attribute("ExportIndex").value();
+      const std::string given = std::to_string(found->second->INetworkVariable_ConnectionIndex());
+      if (!index.empty() && index != given) {
+        findings.push_back({"export-index-renumbered", false, nv.name(),
+                            "ExportIndex " + index + " is saved as " + given +
+                                ", the variable's place among the variables"});
+      }
+      const std::string location = info.attribute("Location").value();
+      if (location.find('.') != std::string::npos || location.find(',') != std::string::npos) {
+        findings.push_back({"location-rounded", false, nv.name(),
+                            "Location " + location + " is saved in whole numbers"});
+      }
+    }
     const std::string direction = ToLower(nv.attribute("Direction").value());
     if (direction != "in" && direction != "out") {
       findings.push_back({"direction-unknown", true, nv.name(),
@@ -685,7 +707,7 @@ int RunCheck(const CheckOptions& options, std::ostream& out, std::ostream& err) 
   // Findings come from the items themselves, not from the loader's messages.
   std::vector<Finding> findings;
   if (session.profile_document()) {
-    CheckDocument(*session.profile_document(), findings);
+    CheckDocument(*profile, *session.profile_document(), findings);
     for (const auto& [path, texts] : ChangedTexts(*profile, *session.profile_document())) {
       findings.push_back({"text-separator", false, path,
                           "\"" + texts.first + "\" is read as \"" + texts.second +

@@ -102,7 +102,9 @@ class Importer {
     element.append_attribute("Type") = VariableType(variable).c_str();
     element.append_attribute("Direction") = variable.flags.Output() ? "Out" : "In";
     element.append_attribute("Key") = ("P" + std::to_string(++point_)).c_str();
-    element.append_child("ExtendedInfo").append_attribute("ExportIndex") = variable.index;
+    // The export number is the variable's place among the profile's variables (the device's own
+    // index stays with its facts below).
+    element.append_child("ExtendedInfo").append_attribute("ExportIndex") = point_ - 1;
     Facts(element, variable);
   }
 
