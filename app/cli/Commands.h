@@ -55,6 +55,9 @@ struct SaveOptions {
   std::vector<std::string> assignments;  // ITEM[.FIELD...]=VALUE
   std::string values_file;               // CSV of path,value rows; none when empty
   std::string values_document;           // a values document to apply first; none when empty
+  // The order of --set (true) and --set-from (false) on the command line; assignments first,
+  // then the file, when empty.
+  std::vector<bool> set_order;
   bool interoperability = false;
 };
 int RunSave(const SaveOptions& options, std::ostream& out, std::ostream& err);

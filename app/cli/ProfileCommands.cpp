@@ -649,9 +649,21 @@ int RunSave(const SaveOptions& options, std::ostream& out, std::ostream& err) {
       if (!options.common.quiet) err << "kolvane: warning: " << options.values_document << ": " << note << '\n';
     }
   }
-  // Values from a file first, all checked before anything is set.
-  if (!options.values_file.empty() && !SetFromFile(*profile, options.values_file, err)) return 1;
-  for (const std::string& assignment : options.assignments) {
+  // --set and --set-from in the order they were given: a later value wins. A file's rows are all
+  // checked before any is set.
+  size_t assignment_at = 0;
+  std::vector<bool> order = options.set_order;
+  if (order.empty()) {
+    order.assign(options.assignments.size(), true);
+    if (!options.values_file.empty()) order.insert(order.begin(), false);
+  }
+  for (const bool is_assignment : order) {
+    if (!is_assignment) {
+      if (!SetFromFile(*profile, options.values_file, err)) return 1;
+      continue;
+    }
+    if (assignment_at >= options.assignments.size()) break;
+    const std::string& assignment = options.assignments[assignment_at++];
     const size_t equals = assignment.find('=');
     if (equals == std::string::npos) {
       err << "kolvane: error: --set " << assignment << ": expected ITEM=VALUE\n";

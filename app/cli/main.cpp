@@ -189,6 +189,11 @@ int main(int argc, char** argv) {
   xif_export->add_option("--types", xif.types, "Folder to write the profile's user types into");
   AddCommonOptions(xif_export, xif.common, true);
 
+  // --units may also stand before the command ("kolvane --units us show").
+  std::string global_units;
+  app.add_option("--units", global_units, "Display units for the command that follows: si or us")
+      ->check(CLI::IsMember({"si", "us"}));
+
   try {
     // A first word that is no command is named as such, before options are read.
     if (argc > 1 && argv[1][0] != '-') {
@@ -207,13 +212,27 @@ int main(int argc, char** argv) {
   }
 
   using namespace kolvane::cli;
+  if (!global_units.empty()) {
+    for (CommonOptions* common : {&show.common, &get.common, &save.common, &check.common,
+                                  &exported.common, &diff.common, &types.common, &raw.common,
+                                  &compat.common, &scheduled.common, &xif.common}) {
+      // The command's own --units, when given, wins.
+      if (common->units == "si") common->units = global_units;
+    }
+  }
   if (app.got_subcommand(show_command)) return RunShow(show, std::cout, std::cerr);
   if (app.got_subcommand(get_command)) {
     get.item = get_arguments.back();
     if (get_arguments.size() == 2) get.profile = get_arguments.front();
     return RunGet(get, std::cout, std::cerr);
   }
-  if (app.got_subcommand(save_command)) return RunSave(save, std::cout, std::cerr);
+  if (app.got_subcommand(save_command)) {
+    for (const CLI::Option* option : save_command->parse_order()) {
+      if (option->get_name() == "--set") save.set_order.push_back(true);
+      if (option->get_name() == "--set-from") save.set_order.push_back(false);
+    }
+    return RunSave(save, std::cout, std::cerr);
+  }
   if (app.got_subcommand(check_command)) return RunCheck(check, std::cout, std::cerr);
   if (app.got_subcommand(export_command)) return RunExport(exported, std::cout, std::cerr);
   if (app.got_subcommand(diff_command)) return RunDiff(diff, std::cout, std::cerr);
