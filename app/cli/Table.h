@@ -11,7 +11,8 @@ class Table {
  public:
   explicit Table(std::vector<std::string> header) : header_(std::move(header)) {}
 
-  // Adds a row; a row may carry an indented note printed on the lines below it.
+  // Adds a row; a row may carry an indented note printed on the lines below it. A cell wider
+  // than 60 columns is cut with an ellipsis (export and --json keep every character).
   void AddRow(std::vector<std::string> cells, std::string note = "");
 
   // Writes the table; notes are wrapped at width columns.
@@ -26,7 +27,7 @@ class Table {
   std::vector<Row> rows_;
 };
 
-// Number of characters (code points) of a UTF-8 text.
+// Columns a terminal gives a UTF-8 text: one a character, two a wide East Asian one.
 size_t DisplayWidth(const std::string& text);
 
 }  // namespace kolvane::cli
