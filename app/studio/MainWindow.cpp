@@ -1,6 +1,9 @@
 #include "MainWindow.h"
 
 #include <QAction>
+#include <QClipboard>
+#include <QLineEdit>
+#include <QShortcut>
 #include <QActionGroup>
 #include <QApplication>
 #include <QCloseEvent>
@@ -36,6 +39,10 @@ QTreeWidget* MakeTree(QWidget* parent, const QString& name, bool with_direction)
   tree->setAlternatingRowColors(true);
   tree->setUniformRowHeights(true);
   tree->header()->setSectionResizeMode(QHeaderView::ResizeToContents);
+  // A click on a column's header sorts by it; rows can be chosen several at a time to copy.
+  tree->setSortingEnabled(true);
+  tree->sortByColumn(-1, Qt::AscendingOrder);
+  tree->setSelectionMode(QAbstractItemView::ExtendedSelection);
   return tree;
 }
 
@@ -46,7 +53,30 @@ std::string TypeText(const app::ItemRef& item) {
 }  // namespace
 
 MainWindow::MainWindow() {
-  auto* panes = new QSplitter(Qt::Vertical, this);
+  auto* left = new QWidget(this);
+  auto* left_layout = new QVBoxLayout(left);
+  left_layout->setContentsMargins(0, 0, 0, 0);
+  filter_ = new QLineEdit(left);
+  filter_->setObjectName("filter");
+  filter_->setPlaceholderText("Filter by name, type or value (Ctrl+F)");
+  filter_->setClearButtonEnabled(true);
+  left_layout->addWidget(filter_);
+  connect(filter_, &QLineEdit::textChanged, this, [this](const QString& text) { Filter(text); });
+  auto* find = new QShortcut(QKeySequence::Find, this);
+  connect(find, &QShortcut::activated, this, [this] {
+    filter_->setFocus();
+    filter_->selectAll();
+  });
+  // Escape in the filter clears it.
+  auto* clear = new QShortcut(QKeySequence(Qt::Key_Escape), filter_, nullptr, nullptr, Qt::WidgetShortcut);
+  connect(clear, &QShortcut::activated, filter_, &QLineEdit::clear);
+  auto* copy = new QShortcut(QKeySequence::Copy, this);
+  connect(copy, &QShortcut::activated, this, [this] {
+    if (const QString text = SelectedRowsText(); !text.isEmpty()) QApplication::clipboard()->setText(text);
+  });
+
+  auto* panes = new QSplitter(Qt::Vertical, left);
+  left_layout->addWidget(panes, 1);
   variables_ = MakeTree(panes, "variables", true);
   properties_ = MakeTree(panes, "properties", false);
   panes->addWidget(variables_);
@@ -66,7 +96,7 @@ MainWindow::MainWindow() {
   side_layout->addWidget(compatibles_, 1);
 
   auto* main = new QSplitter(Qt::Horizontal, this);
-  main->addWidget(panes);
+  main->addWidget(left);
   main->addWidget(side);
   main->setStretchFactor(0, 4);
   main->setStretchFactor(1, 1);
@@ -113,6 +143,9 @@ void MainWindow::BuildMenus() {
                   [this] { AskOpen(&ProfileFiles::catalogue, "Type Catalogue"); });
   file->addAction("&NVO Table...", this,
                   [this] { AskOpen(&ProfileFiles::nvo_table, "NVO Table"); });
+  recent_menu_ = file->addMenu("Open &Recent");
+  recent_menu_->setObjectName("recentMenu");
+  RebuildRecentMenu();
   file->addSeparator();
   file->addAction("&Save Values...", QKeySequence::Save, this, [this] { AskSave(false); });
   file->addAction("Save Values for &Interoperability...", this, [this] { AskSave(true); });
@@ -125,6 +158,14 @@ void MainWindow::BuildMenus() {
     const QString path = QFileDialog::getSaveFileName(this, "Generate Device Interface", {},
                                                       "Device interface files (*.xif)");
     if (!path.isEmpty()) GenerateDeviceInterface(path.toStdString());
+  });
+
+  QMenu* help = menuBar()->addMenu("&Help");
+  help->addAction("&About Kolvane Studio", this, [this] {
+    QMessageBox::about(this, "About Kolvane Studio",
+                       QString("Kolvane Studio %1\n\nLonWorks device profiles: network variables, "
+                               "configuration properties, device interface files and schedules.")
+                           .arg(QApplication::applicationVersion()));
   });
 
   QMenu* view = menuBar()->addMenu("&View");
@@ -143,6 +184,76 @@ void MainWindow::BuildMenus() {
   const bool chosen_us = QSettings().value("units").toString() == "us";
   (chosen_us ? us : si)->setChecked(true);
   if (chosen_us) ChooseUnits(UnitSystem::kUSCustomary);
+}
+
+void MainWindow::Filter(const QString& text) {
+  const QString wanted = text.trimmed();
+  // A row matches by its name, type or value; an owner stays shown for a field that matches.
+  const std::function<bool(QTreeWidgetItem*)> show = [&](QTreeWidgetItem* item) {
+    bool any_child = false;
+    for (int i = 0; i < item->childCount(); ++i) any_child = show(item->child(i)) || any_child;
+    const bool match = wanted.isEmpty() ||
+                       item->text(kName).contains(wanted, Qt::CaseInsensitive) ||
+                       item->text(kType).contains(wanted, Qt::CaseInsensitive) ||
+                       item->text(kValue).contains(wanted, Qt::CaseInsensitive);
+    item->setHidden(!match && !any_child);
+    if (any_child && !wanted.isEmpty()) item->setExpanded(true);
+    return match || any_child;
+  };
+  for (QTreeWidget* tree : {variables_, properties_}) {
+    for (int i = 0; i < tree->topLevelItemCount(); ++i) show(tree->topLevelItem(i));
+  }
+}
+
+QString MainWindow::SelectedRowsText() const {
+  QStringList lines;
+  for (QTreeWidget* tree : {variables_, properties_}) {
+    for (QTreeWidgetItem* item : tree->selectedItems()) {
+      // "21.5 °C" is value 21.5 and unit °C.
+      QString value = item->text(kValue);
+      QString unit;
+      if (const qsizetype blank = value.lastIndexOf(' '); blank > 0 && !value.startsWith('{')) {
+        bool number = false;
+        value.left(blank).toDouble(&number);
+        if (number) {
+          unit = value.mid(blank + 1);
+          value = value.left(blank);
+        }
+      }
+      lines << QStringList{item->text(kName), item->text(kType), value, unit, item->text(kRaw)}.join('\t');
+    }
+  }
+  return lines.join('\n');
+}
+
+QStringList MainWindow::RecentProfiles() const { return QSettings().value("recent").toStringList(); }
+
+void MainWindow::RememberRecent(const std::string& path) {
+  if (path.empty()) return;
+  QStringList recent = RecentProfiles();
+  const QString full = QFileInfo(QString::fromStdString(path)).absoluteFilePath();
+  recent.removeAll(full);
+  recent.prepend(full);
+  while (recent.size() > 8) recent.removeLast();
+  QSettings().setValue("recent", recent);
+  RebuildRecentMenu();
+}
+
+void MainWindow::RebuildRecentMenu() {
+  if (!recent_menu_) return;
+  recent_menu_->clear();
+  const QStringList recent = RecentProfiles();
+  for (int i = 0; i < recent.size(); ++i) {
+    const QString path = recent[i];
+    QAction* action = recent_menu_->addAction(QString("&%1 %2").arg(i + 1).arg(path), this, [this, path] {
+      if (!ConfirmDiscard()) return;
+      ProfileFiles files = files_;
+      files.profile = path.toStdString();
+      Open(files);
+    });
+    action->setObjectName(QString("recent%1").arg(i + 1));
+  }
+  recent_menu_->setEnabled(!recent.isEmpty());
 }
 
 void MainWindow::ChooseUnits(UnitSystem system) {
@@ -210,6 +321,8 @@ bool MainWindow::Open(const ProfileFiles& files) {
   Populate();
   ReportLoad(messages);
   RefreshTitle();
+  RememberRecent(files.profile);
+  if (filter_ && !filter_->text().isEmpty()) Filter(filter_->text());
   return true;
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QMainWindow>
+#include <QMenu>
 #include <memory>
 #include <string>
 #include <vector>
@@ -13,6 +14,8 @@ class QListWidget;
 class QPlainTextEdit;
 class QTreeWidget;
 class QTreeWidgetItem;
+
+class QLineEdit;
 
 namespace kolvane::studio {
 
@@ -55,6 +58,14 @@ class MainWindow final : public QMainWindow {
 
   enum Column { kName, kDirection, kType, kValue, kDefault, kLimits, kRaw, kColumns };
 
+  // Shows only the rows whose name (any part), type or value holds text, without regard to
+  // case; a field that matches keeps its owner shown. Empty text shows every row.
+  void Filter(const QString& text);
+  // The selected rows as text, one a line: name, type, value, unit, raw bytes (tab-separated).
+  QString SelectedRowsText() const;
+  // The profiles opened last, newest first (at most eight), remembered between runs.
+  QStringList RecentProfiles() const;
+
  protected:
   void closeEvent(QCloseEvent* event) override;
 
@@ -66,6 +77,8 @@ class MainWindow final : public QMainWindow {
   };
 
   void BuildMenus();
+  void RememberRecent(const std::string& path);
+  void RebuildRecentMenu();
   void Populate();
   void AddRows(QTreeWidget* tree, QTreeWidgetItem* parent, const app::ItemRef& item,
                const app::ItemRef& top);
@@ -104,6 +117,8 @@ class MainWindow final : public QMainWindow {
   QLabel* variable_facts_ = nullptr;
   QListWidget* compatibles_ = nullptr;
   QPlainTextEdit* messages_ = nullptr;
+  QLineEdit* filter_ = nullptr;
+  QMenu* recent_menu_ = nullptr;
 };
 
 }  // namespace kolvane::studio

@@ -534,6 +534,45 @@ class StudioTest : public QObject {
     QVERIFY2(messages.contains("nciGone (P99): no such item in the profile"), qPrintable(messages));
   }
 
+  // Ctrl+F and two keystrokes find an item; a field that matches keeps its owner; Escape shows
+  // every row again; Ctrl+C copies the selected rows; the profile is offered under Open Recent.
+  void FilterFindsItemsAndCopiesRows() {
+    kolvane::studio::ProfileFiles files;
+    files.profile = KOLVANE_SOURCE_DIR "/examples/profile-vav.xml";
+    QVERIFY(window_->Open(files));
+    const auto visible = [this](QTreeWidget* tree) {
+      QStringList names;
+      for (int i = 0; i < tree->topLevelItemCount(); ++i) {
+        if (!tree->topLevelItem(i)->isHidden()) names << tree->topLevelItem(i)->text(MainWindow::kName);
+      }
+      return names;
+    };
+    QTest::keyClick(window_.get(), Qt::Key_F, Qt::ControlModifier);
+    auto* filter = window_->findChild<QLineEdit*>("filter");
+    QVERIFY(filter->hasFocus());
+    QTest::keyClicks(filter, "xF");  // two keystrokes: nciMaxFlow alone
+    QCOMPARE(visible(window_->PropertiesTree()), QStringList{"nciMaxFlow"});
+    QCOMPARE(visible(window_->VariablesTree()), QStringList{"nvoBoxFlow"});  // boXFlow
+    filter->clear();
+    QTest::keyClicks(filter, "occupied_heat");
+    QCOMPARE(visible(window_->PropertiesTree()), QStringList{"nciSetpoints"});
+    QTreeWidgetItem* field = Find(window_->PropertiesTree(), "nciSetpoints.occupied_heat");
+    QVERIFY(field && !field->isHidden());
+    QVERIFY(Find(window_->PropertiesTree(), "nciSetpoints.occupied_cool")->isHidden());
+    QTest::keyClick(filter, Qt::Key_Escape);
+    QVERIFY(filter->text().isEmpty());
+    QVERIFY(visible(window_->PropertiesTree()).size() > 10);
+
+    QTreeWidgetItem* setpoint = Find(window_->PropertiesTree(), "nciMinSetpt");
+    window_->PropertiesTree()->clearSelection();
+    setpoint->setSelected(true);
+    QCOMPARE(window_->SelectedRowsText(), QString("nciMinSetpt\tSNVT_temp_p\t18\t°C\t0708"));
+
+    QVERIFY(window_->RecentProfiles().front().endsWith("profile-vav.xml"));
+    auto* recent = window_->findChild<QAction*>("recent1");
+    QVERIFY(recent);
+  }
+
   void ProgramIdDialogFromTheDeviceMenu() {
     OnNextModal([](QWidget* form) {
       QCOMPARE(form->windowTitle(), QString("Program ID"));
