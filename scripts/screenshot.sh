@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# Takes a screenshot of kolvane-studio on the bundled example with the numeric dialog of
-# nciSetpoint open, on a virtual X display: ./scripts/screenshot.sh [docs/studio.png]
+# Takes a screenshot of kolvane-studio on the VAV example, a filter typed and the numeric dialog
+# of nciMinSetpt open, on a virtual X display: ./scripts/screenshot.sh [docs/studio.png]
 set -euo pipefail
 cd "$(dirname "$0")/.."
 out=${1:-docs/studio.png}
@@ -21,19 +21,20 @@ openbox >/dev/null 2>&1 &
 wm=$!
 sleep 0.5
 
-./build/release/app/studio/kolvane-studio &
+./build/release/app/studio/kolvane-studio examples/profile-vav.xml &
 studio=$!
 window=$(xdotool search --sync --name "Kolvane Studio" | head -n 1)
 xdotool windowmove "$window" 0 0 windowsize "$window" 1320 770 windowactivate --sync "$window"
 sleep 0.5
-# As a user with the keyboard: pick an output in the variables pane, then into the properties
-# pane, find the item by name and press Enter.
-xdotool key Down Down Tab
-xdotool type --delay 40 nciSetpoint
-xdotool key Return
+# As a user with the keyboard: Ctrl+F, a filter typed, then into the properties pane and Enter
+# on the item found.
+xdotool key ctrl+f
+xdotool type --delay 40 Setpt
+sleep 0.3
+xdotool key Tab Tab Down Return
 xdotool search --sync --name "Numeric Value" >/dev/null
 sleep 0.3
-xdotool type --delay 40 23.5
+xdotool type --delay 40 19.5
 sleep 0.3
 mkdir -p "$(dirname "$out")"
 import -window root "$out"

@@ -18,7 +18,8 @@ int main(int argc, char** argv) {
   parser.setApplicationDescription("Shows and edits the values of a LonWorks application profile.");
   parser.addHelpOption();
   parser.addVersionOption();
-  parser.addPositionalArgument("profile", "Profile document (default: the bundled example).");
+  parser.addPositionalArgument(
+      "profile", "Profile document or device interface file (.xif) (default: the bundled example).");
   const QCommandLineOption catalogue({"c", "catalogue"}, "Type catalogue (default: bundled).",
                                      "snvts.xml");
   const QCommandLineOption nvo_table({"n", "nvo"}, "NVO compatibility table (default: bundled).",
