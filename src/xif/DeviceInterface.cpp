@@ -178,33 +178,43 @@ VariableDoc Variable::ParsedDoc() const {
   return parsed;
 }
 
-int Variable::Size() const {
-  int size = 0;
+std::vector<Piece> Pieces(const std::vector<Element>& elements) {
+  std::vector<Piece> pieces;
   int bit_end = 0;  // bits used of the current bit-field byte; 0 when none is open
   for (const Element& element : elements) {
     const int count = element.count > 0 ? element.count : 1;
     if (element.kind == 3) {
-      if (bit_end == 0 || element.offset < bit_end) ++size;  // a new byte
+      // Bit fields share a byte while their offsets rise.
+      if (bit_end == 0 || element.offset < bit_end) pieces.push_back({Piece::Kind::kBits, 1, false});
       bit_end = element.offset + element.size;
       if (bit_end >= 8) bit_end = 0;
       continue;
     }
     bit_end = 0;
+    const bool is_signed = element.is_signed != 0;
     switch (element.kind) {
       case 0:
+        for (int i = 0; i < count; ++i) pieces.push_back({Piece::Kind::kCharacter, 1, false});
+        break;
       case 1:
-        size += count;
+        for (int i = 0; i < count; ++i) pieces.push_back({Piece::Kind::kNumber, 1, is_signed});
         break;
       case 2:
-        size += 2 * count;
+        for (int i = 0; i < count; ++i) pieces.push_back({Piece::Kind::kNumber, 2, is_signed});
         break;
       case 4:
-        size += element.size * count;
+        for (int i = 0; i < element.size * count; ++i) pieces.push_back({Piece::Kind::kOpaque, 1, false});
         break;
       default:
         break;
     }
   }
+  return pieces;
+}
+
+int Variable::Size() const {
+  int size = 0;
+  for (const Piece& piece : Pieces(elements)) size += piece.bytes;
   return size;
 }
 

@@ -103,6 +103,19 @@ struct Element {
   int count = 0;  // 0 for a scalar
 };
 
+// One part of a value's bytes as element lines lay it out: a character, an 8- or 16-bit number,
+// a byte of bit fields, a byte of an opaque block.
+struct Piece {
+  enum class Kind { kCharacter, kNumber, kBits, kOpaque };
+  Kind kind;
+  int bytes;
+  bool is_signed;
+};
+
+// The pieces of element lines in order: counts spread, bit fields packed into bytes (a field
+// whose offset does not rise past the previous one starts a new byte).
+KOLVANE_API std::vector<Piece> Pieces(const std::vector<Element>& elements);
+
 // The 13 flags of a network variable or message tag record, by position.
 struct KOLVANE_API Flags {
   std::array<int, 13> values{0, 1, 63, 0, 0, 1, 0, 1, 0, 1, 0, 0, 0};

@@ -304,34 +304,19 @@ class Importer {
   // The leaf types of one element of a variable, from its element lines.
   std::vector<std::string> Leaves(const Variable& variable) {
     std::vector<std::string> leaves;
-    int bit_end = 0;
-    for (const Element& element : variable.elements) {
-      const int count = element.count > 0 ? element.count : 1;
-      if (element.kind == 3) {
-        if (bit_end == 0 || element.offset < bit_end) leaves.push_back(Number("unvt_bits8", "Bitfield", 1));
-        bit_end = element.offset + element.size;
-        if (bit_end >= 8) bit_end = 0;
-        continue;
-      }
-      bit_end = 0;
-      switch (element.kind) {
-        case 0:
-          // Characters of a type the file does not name are bytes: a text type would write
-          // blanks where the device may hold zeros.
-          for (int i = 0; i < count; ++i) leaves.push_back(Number("unvt_u8", "UnsignedNumeric", 1));
+    for (const Piece& piece : Pieces(variable.elements)) {
+      switch (piece.kind) {
+        case Piece::Kind::kBits:
+          leaves.push_back(Number("unvt_bits8", "Bitfield", 1));
           break;
-        case 1:
-        case 2: {
-          const int length = element.kind;
-          const bool is_signed = element.is_signed != 0;
-          const std::string id = std::string(is_signed ? "unvt_s" : "unvt_u") + (length == 1 ? "8" : "16");
-          for (int i = 0; i < count; ++i) {
-            leaves.push_back(Number(id, is_signed ? "SignedNumeric" : "UnsignedNumeric", length));
-          }
+        case Piece::Kind::kNumber: {
+          const std::string id = std::string(piece.is_signed ? "unvt_s" : "unvt_u") + (piece.bytes == 1 ? "8" : "16");
+          leaves.push_back(Number(id, piece.is_signed ? "SignedNumeric" : "UnsignedNumeric", piece.bytes));
           break;
         }
-        default:  // an opaque block, or a kind no file uses: its bytes
-          for (int i = 0; i < element.size * count; ++i) leaves.push_back(Number("unvt_u8", "UnsignedNumeric", 1));
+        case Piece::Kind::kCharacter:  // bytes: a text type would write blanks where the device may hold zeros
+        case Piece::Kind::kOpaque:
+          leaves.push_back(Number("unvt_u8", "UnsignedNumeric", 1));
           break;
       }
     }
