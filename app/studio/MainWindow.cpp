@@ -1,5 +1,7 @@
 #include "MainWindow.h"
 
+#include <cstdint>
+
 #include <QAction>
 #include <QClipboard>
 #include <QLineEdit>
@@ -25,6 +27,7 @@
 
 #include "DeviceFiles.h"
 #include "Files.h"
+#include "QtFormHost.h"
 #include "QtHost.h"
 
 namespace kolvane::studio {
@@ -151,6 +154,13 @@ void MainWindow::BuildMenus() {
   file->addAction("Save Values for &Interoperability...", this, [this] { AskSave(true); });
   file->addSeparator();
   file->addAction("&Quit", QKeySequence::Quit, this, [this] { close(); });
+
+  QMenu* edit = menuBar()->addMenu("&Edit");
+  QAction* undo = edit->addAction("&Undo", QKeySequence::Undo, this, [this] { Undo(); });
+  undo->setObjectName("undo");
+  QAction* redo = edit->addAction("&Redo", QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_Z), this,
+                                  [this] { Redo(); });
+  redo->setObjectName("redo");
 
   QMenu* device = menuBar()->addMenu("&Device");
   device->addAction("&Program ID...", this, [this] { ChangeProgramId(); });
@@ -318,6 +328,8 @@ bool MainWindow::Open(const ProfileFiles& files) {
   profile_ = std::move(profile);
   program_id_ = document_->child("Profile").child("ProgramID").text().get();
   edited_ = false;
+  history_.clear();
+  position_ = saved_position_ = 0;
   Populate();
   ReportLoad(messages);
   RefreshTitle();
@@ -347,6 +359,7 @@ bool MainWindow::SaveValues(const std::string& path, bool interoperability) {
     return false;
   }
   edited_ = false;
+  saved_position_ = position_;
   messages_->appendPlainText(QString::fromStdString("Saved values to " + path));
   RefreshTitle();
   return true;
@@ -387,7 +400,7 @@ bool MainWindow::AskSave(bool interoperability) {
 }
 
 bool MainWindow::ConfirmDiscard() {
-  if (!edited_) return true;
+  if (!Modified()) return true;
   const auto answer = QMessageBox::question(
       this, "Kolvane Studio",
       QString::fromStdString("The values of " + profile_->IProfile_Name() +
@@ -458,26 +471,86 @@ void MainWindow::RefreshRows() {
 void MainWindow::RefreshTitle() {
   const std::string name = profile_ ? profile_->IProfile_Name() : "no profile";
   setWindowTitle(QString::fromStdString(name) + "[*] - Kolvane Studio");
-  setWindowModified(profile_ && profile_->IProfile_NeedSave());
+  setWindowModified(profile_ && Modified());
 }
+
+namespace {
+
+// The values an item holds: its value, or a structure's leaf fields' values in order.
+std::vector<std::string> Snapshot(const app::ItemRef& item) {
+  std::vector<std::string> values;
+  if (!item.fields) {
+    if (auto nv = std::dynamic_pointer_cast<INetworkVariable>(item.object)) {
+      values.push_back(nv->INetworkVariable_Value());
+    } else if (auto cp = std::dynamic_pointer_cast<IConfigProperty>(item.object)) {
+      values.push_back(cp->IConfigProperty_Value());
+    } else if (auto field = std::dynamic_pointer_cast<IField>(item.object)) {
+      values.push_back(field->IField_Value());
+    }
+    return values;
+  }
+  for (const app::ItemRef& field : app::FieldsOf(item)) {
+    const auto inner = Snapshot(field);
+    values.insert(values.end(), inner.begin(), inner.end());
+  }
+  return values;
+}
+
+// Puts back what Snapshot took; returns the values used.
+size_t Restore(const app::ItemRef& item, const std::vector<std::string>& values, size_t at = 0) {
+  if (!item.fields) {
+    if (at < values.size()) app::SetValueOf(item, values[at]);
+    return at + 1;
+  }
+  for (const app::ItemRef& field : app::FieldsOf(item)) at = Restore(field, values, at);
+  return at;
+}
+
+}  // namespace
 
 void MainWindow::EditItem(QTreeWidgetItem* widget) {
   const Row* row = RowOf(widget);
   if (!row) return;
-  const bool flagged = profile_->IProfile_NeedSave();
-  const QStringList shown = ShownValues();
+  const app::ItemRef top = row->top;
+  const std::vector<std::string> before = Snapshot(top);
   // A field is edited through its owner's dialog.
   RunGuarded("Edit Value", [&] {
-    if (auto nv = std::dynamic_pointer_cast<INetworkVariable>(row->top.object)) {
+    if (auto nv = std::dynamic_pointer_cast<INetworkVariable>(top.object)) {
       nv->INetworkVariable_SetValue();
-    } else if (auto cp = std::dynamic_pointer_cast<IConfigProperty>(row->top.object)) {
+    } else if (auto cp = std::dynamic_pointer_cast<IConfigProperty>(top.object)) {
       cp->IConfigProperty_SetValue();
     }
   });
+  // The structure dialog's field dialogs write through; its Cancel takes all of it back.
+  if (QtFormHost::LastRunCancelled() && top.fields) RunGuarded("Edit Value", [&] { Restore(top, before); });
+  const std::vector<std::string> after = Snapshot(top);
+  if (after != before) {
+    history_.resize(position_);
+    history_.push_back({top, before, after});
+    if (saved_position_ > position_) saved_position_ = SIZE_MAX;  // the saved state is gone
+    position_ = history_.size();
+  }
   RefreshRows();
-  edited_ = edited_ || (!flagged && profile_->IProfile_NeedSave()) || ShownValues() != shown;
   RefreshTitle();
   ShowVariable(variables_->currentItem());
+}
+
+bool MainWindow::Undo() {
+  if (position_ == 0) return false;
+  --position_;
+  RunGuarded("Undo", [&] { Restore(history_[position_].top, history_[position_].before); });
+  RefreshRows();
+  RefreshTitle();
+  return true;
+}
+
+bool MainWindow::Redo() {
+  if (position_ >= history_.size()) return false;
+  RunGuarded("Redo", [&] { Restore(history_[position_].top, history_[position_].after); });
+  ++position_;
+  RefreshRows();
+  RefreshTitle();
+  return true;
 }
 
 void MainWindow::ShowVariable(QTreeWidgetItem* current) {

@@ -65,6 +65,12 @@ class MainWindow final : public QMainWindow {
   QString SelectedRowsText() const;
   // The profiles opened last, newest first (at most eight), remembered between runs.
   QStringList RecentProfiles() const;
+  // Takes back the last value change made in the studio, or makes it again (Edit menu).
+  bool Undo();
+  bool Redo();
+  // Whether anything differs from what was opened or saved last: the value history's place
+  // against the saved one, a program identifier, values applied from a document.
+  bool Modified() const { return edited_ || position_ != saved_position_; }
 
  protected:
   void closeEvent(QCloseEvent* event) override;
@@ -111,6 +117,15 @@ class MainWindow final : public QMainWindow {
   // profile needs saving from the moment it is made.
   bool edited_ = false;
   std::vector<Row> rows_;
+  // The value changes made in the studio: an item's values before and after, oldest first.
+  struct Change {
+    app::ItemRef top;
+    std::vector<std::string> before;
+    std::vector<std::string> after;
+  };
+  std::vector<Change> history_;
+  size_t position_ = 0;        // changes in effect: history_[0 .. position_)
+  size_t saved_position_ = 0;  // where the last open or save left the history
 
   QTreeWidget* variables_ = nullptr;
   QTreeWidget* properties_ = nullptr;

@@ -187,6 +187,7 @@ QWidget* FormDialog::MakeWidget(Binding& binding) {
                        button->setAutoDefault(true);
                        button->setDefault(control.Name == "cmdOk");
                        connect(button, &QPushButton::clicked, this, [this, &binding] {
+                         pressed_ = binding.control.Name;
                          if (binding.control.Click) Dispatch(binding.control.Click);
                        });
                        return button;
@@ -423,13 +424,28 @@ bool FormDialog::eventFilter(QObject* watched, QEvent* event) {
 }
 
 void FormDialog::reject() {
+  pressed_ = "cmdCancel";
   form_.Unload();
   if (!form_.Loaded()) QDialog::reject();
 }
 
+namespace {
+
+// How the outermost form of the last modal run ended.
+int g_depth = 0;
+bool g_cancelled = false;
+
+}  // namespace
+
 void QtFormHost::RunModal(Form& form) {
   FormDialog dialog(form, QApplication::activeWindow());
+  ++g_depth;
   if (form.Loaded()) dialog.exec();
+  --g_depth;
+  // Cancel, Escape or the window's close button.
+  if (g_depth == 0) g_cancelled = dialog.Pressed() == "cmdCancel";
 }
+
+bool QtFormHost::LastRunCancelled() { return g_cancelled; }
 
 }  // namespace kolvane::studio

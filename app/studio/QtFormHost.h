@@ -21,6 +21,8 @@ class FormDialog final : public QDialog {
 
   // Redraws every widget from the form's state.
   void Refresh();
+  // The button that closed the form: "cmdCancel" also for Escape and the close button.
+  const std::string& Pressed() const { return pressed_; }
 
  protected:
   bool eventFilter(QObject* watched, QEvent* event) override;
@@ -47,12 +49,15 @@ class FormDialog final : public QDialog {
   std::vector<Binding> bindings_;
   QWidget* week_view_ = nullptr;  // a schedule's week at a glance
   bool typing_ = false;  // set while a typed key edits a line edit
+  std::string pressed_;
 };
 
 // The form host the studio installs: each form runs as a modal FormDialog over the active window.
 class QtFormHost final : public FormHost {
  public:
   void RunModal(Form& form) override;
+  // Whether the outermost form of the last modal run was cancelled (its nested forms aside).
+  static bool LastRunCancelled();
 };
 
 }  // namespace kolvane::studio

@@ -106,8 +106,8 @@ class StudioTest : public QObject {
     window_->show();
     QVERIFY(QTest::qWaitForWindowExposed(window_.get()));
     QVERIFY(window_->Open({}));
-    // A profile just made needs saving until its values are written.
-    QVERIFY(window_->isWindowModified());
+    // A profile just opened is not changed.
+    QVERIFY(!window_->isWindowModified());
     QVERIFY(!Save(false).isEmpty());
     QVERIFY(!window_->isWindowModified());
   }
@@ -571,6 +571,64 @@ class StudioTest : public QObject {
     QVERIFY(window_->RecentProfiles().front().endsWith("profile-vav.xml"));
     auto* recent = window_->findChild<QAction*>("recent1");
     QVERIFY(recent);
+  }
+
+  // Every value change is taken back and made again through the Edit menu, whatever dialog made
+  // it; the unsaved mark follows the history; Cancel in a structure dialog keeps the item as it
+  // was although its field dialogs wrote through.
+  void UndoRedoAndStructureCancel() {
+    QTreeWidget* tree = window_->PropertiesTree();
+    QTreeWidgetItem* setpoint = Find(tree, "nciSetpoint");
+    OnNextModal([](QWidget* form) {
+      TypeOver(Control<QLineEdit>(form, "txtNewCPValue"), "23.5");
+      QTest::mouseClick(Control<QPushButton>(form, "cmdOk"), Qt::LeftButton);
+    });
+    DoubleClick(tree, setpoint);
+    QCOMPARE(setpoint->text(MainWindow::kValue), QString("23.5 °C"));
+    QTreeWidgetItem* mode = Find(tree, "nciHvacType");
+    OnNextModal([](QWidget* form) {
+      auto* states = Control<QComboBox>(form, "cboEnum");
+      states->setCurrentIndex(states->findText("(3,HVT_HEAT_PUMP)") >= 0 ? states->findText("(3,HVT_HEAT_PUMP)") : 2);
+      QTest::mouseClick(Control<QPushButton>(form, "cmdOk"), Qt::LeftButton);
+    });
+    DoubleClick(tree, mode);
+    const QString changed_mode = mode->text(MainWindow::kValue);
+    QVERIFY2(changed_mode.contains("HEAT_PUMP"), qPrintable(changed_mode));
+    QVERIFY(window_->isWindowModified());
+
+    // A structure dialog cancelled after a field was changed in it.
+    QTreeWidgetItem* setpoints = Find(tree, "nciOccSetpoints");
+    const QString before = setpoints->text(MainWindow::kValue);
+    OnNextModal([](QWidget* form) {
+      auto* rows = Control<QTreeWidget>(form, "lvwMain");
+      OnNextModal([](QWidget* field_form) {
+        TypeOver(Control<QLineEdit>(field_form, "txtNewCPValue"), "27");
+        QTest::mouseClick(Control<QPushButton>(field_form, "cmdOk"), Qt::LeftButton);
+      });
+      DoubleClick(rows, rows->topLevelItem(1));
+      QCOMPARE(rows->topLevelItem(1)->text(1), QString("27 °C"));
+      QTest::mouseClick(Control<QPushButton>(form, "cmdCancel"), Qt::LeftButton);
+    });
+    DoubleClick(tree, setpoints);
+    QCOMPARE(setpoints->text(MainWindow::kValue), before);
+
+    // Two changes back: the saved state again, not marked; then forward.
+    auto* undo = window_->findChild<QAction*>("undo");
+    auto* redo = window_->findChild<QAction*>("redo");
+    QCOMPARE(undo->shortcut(), QKeySequence(QKeySequence::Undo));
+    QCOMPARE(redo->shortcut(), QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_Z));
+    undo->trigger();
+    QVERIFY(mode->text(MainWindow::kValue) != changed_mode);
+    QVERIFY(window_->Undo());
+    QCOMPARE(setpoint->text(MainWindow::kValue), QString("21.5 °C"));
+    QVERIFY(!window_->isWindowModified());
+    QVERIFY(!window_->Undo());
+    redo->trigger();
+    QCOMPARE(setpoint->text(MainWindow::kValue), QString("23.5 °C"));
+    QVERIFY(window_->isWindowModified());
+    QVERIFY(window_->Redo());
+    QCOMPARE(mode->text(MainWindow::kValue), changed_mode);
+    QVERIFY(!window_->Redo());
   }
 
   void ProgramIdDialogFromTheDeviceMenu() {
