@@ -5,34 +5,56 @@
 #include <string_view>
 #include <vector>
 
+#include <nlohmann/json.hpp>
+
 namespace kolvane::cli {
 
-// Writes JSON: objects and arrays opened and closed in order, strings escaped.
+// Builds a JSON document with nlohmann's library (members in the order written) and writes it,
+// with a line break, when it goes out of scope: objects and arrays opened and closed in order.
 class JsonWriter {
  public:
   explicit JsonWriter(std::ostream& out) : out_(out) {}
-  ~JsonWriter() { out_ << '\n'; }
+  ~JsonWriter() { out_ << root_.dump(-1, ' ', false, nlohmann::json::error_handler_t::replace) << '\n'; }
+  JsonWriter(const JsonWriter&) = delete;
+  JsonWriter& operator=(const JsonWriter&) = delete;
 
-  JsonWriter& BeginObject();
-  JsonWriter& EndObject();
-  JsonWriter& BeginArray();
-  JsonWriter& EndArray();
+  JsonWriter& BeginObject() { return Open(nlohmann::ordered_json::object()); }
+  JsonWriter& EndObject() { return Close(); }
+  JsonWriter& BeginArray() { return Open(nlohmann::ordered_json::array()); }
+  JsonWriter& EndArray() { return Close(); }
   // The name of the next member of the current object.
-  JsonWriter& Key(std::string_view key);
-  JsonWriter& String(std::string_view value);
-  JsonWriter& Number(long long value);
-  JsonWriter& Bool(bool value);
+  JsonWriter& Key(std::string_view key) {
+    key_ = std::string(key);
+    return *this;
+  }
+  JsonWriter& String(std::string_view value) { return Put(std::string(value)); }
+  JsonWriter& Number(long long value) { return Put(value); }
+  JsonWriter& Bool(bool value) { return Put(value); }
   // A member with a string value.
   JsonWriter& Member(std::string_view key, std::string_view value) {
     return Key(key).String(value);
   }
 
  private:
-  void Separate();
+  // Puts value into the open container (under the key given last), or makes it the root.
+  nlohmann::ordered_json& Place(nlohmann::ordered_json value);
+  JsonWriter& Put(nlohmann::ordered_json value) {
+    Place(std::move(value));
+    return *this;
+  }
+  JsonWriter& Open(nlohmann::ordered_json container) {
+    open_.push_back(&Place(std::move(container)));
+    return *this;
+  }
+  JsonWriter& Close() {
+    if (!open_.empty()) open_.pop_back();
+    return *this;
+  }
 
   std::ostream& out_;
-  std::vector<bool> first_;  // per open container: no element written yet
-  bool after_key_ = false;
+  nlohmann::ordered_json root_;
+  std::vector<nlohmann::ordered_json*> open_;
+  std::string key_;
 };
 
 }  // namespace kolvane::cli

@@ -86,14 +86,16 @@ void AddRows(Table& table, const ItemRef& item, const std::string& indent) {
 
 void WriteItem(JsonWriter& json, const ItemRef& item) {
   const auto texts = DisplayOf(item);
+  // The keys of every command's JSON: path, kind, type, value, default, minimum, maximum, unit,
+  // raw, raw_problem.
   json.BeginObject()
-      .Member("name", item.path.substr(item.path.rfind('.') + 1))
+      .Member("path", item.path)
       .Member("kind", item.kind)
       .Member("type", TypeName(item))
       .Member("value", texts[0])
       .Member("default", texts[1])
-      .Member("min", texts[2])
-      .Member("max", texts[3])
+      .Member("minimum", texts[2])
+      .Member("maximum", texts[3])
       .Member("unit", UnitOf(item));
   const RawBytes bytes = RawBytesOf(item);
   json.Member("raw", bytes.raw);
@@ -513,7 +515,7 @@ int RunGet(const GetOptions& options, std::ostream& out, std::ostream& err) {
   }
   if (options.common.json) {
     JsonWriter json(out);
-    json.BeginObject().Member("item", item.path).Member("type", TypeName(item));
+    json.BeginObject().Member("path", item.path).Member("type", TypeName(item));
     const RawBytes bytes = RawBytesOf(item);
     json.Member("value", value).Member("unit", UnitOf(item)).Member("raw", bytes.raw);
     if (!bytes.problem.empty()) json.Member("raw_problem", bytes.problem);
@@ -768,7 +770,7 @@ int RunCheck(const CheckOptions& options, std::ostream& out, std::ostream& err) 
       json.BeginObject()
           .Member("code", finding.code)
           .Member("severity", finding.error ? "error" : "warning")
-          .Member("item", finding.item)
+          .Member("path", finding.item)
           .Member("text", finding.text)
           .EndObject();
     }

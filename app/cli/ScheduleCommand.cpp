@@ -38,7 +38,7 @@ void PrintTable(const Schedule& program, std::ostream& out) {
 void WriteJson(const std::string& item, const std::string& type, const Schedule& program,
                std::ostream& out) {
   JsonWriter json(out);
-  json.BeginObject().Member("item", item).Member("type", type).Key("days").BeginArray();
+  json.BeginObject().Member("path", item).Member("type", type).Key("days").BeginArray();
   for (const auto& day : program.days) {
     json.BeginObject().Member("day", Schedule::DayLabel(day)).Key("points").BeginArray();
     for (const auto& point : day.points) {

@@ -89,7 +89,7 @@ int RunXifShow(const XifOptions& options, std::ostream& out, std::ostream& err) 
     json.EndArray().Key("items").BeginArray();
     for (const ItemRef& item : items) {
       const RawBytes bytes = RawBytesOf(item);
-      json.BeginObject().Member("name", item.path).Member("kind", item.kind);
+      json.BeginObject().Member("path", item.path).Member("kind", item.kind);
       json.Member("type", TypeName(item)).Member("value", DisplayOf(item)[0]);
       json.Member("raw", bytes.raw).EndObject();
     }

@@ -1,12 +1,14 @@
 // kolvane: inspect, check and edit LonWorks device profiles from the shell.
 
 #include <iostream>
+#include <sstream>
 #include <string>
 #include <vector>
 
 #include <CLI/CLI.hpp>
 
 #include "Commands.h"
+#include "Json.h"
 
 namespace {
 
@@ -220,32 +222,64 @@ int main(int argc, char** argv) {
       if (common->units == "si") common->units = global_units;
     }
   }
-  if (app.got_subcommand(show_command)) return RunShow(show, std::cout, std::cerr);
-  if (app.got_subcommand(get_command)) {
-    get.item = get_arguments.back();
-    if (get_arguments.size() == 2) get.profile = get_arguments.front();
-    return RunGet(get, std::cout, std::cerr);
-  }
-  if (app.got_subcommand(save_command)) {
-    for (const CLI::Option* option : save_command->parse_order()) {
-      if (option->get_name() == "--set") save.set_order.push_back(true);
-      if (option->get_name() == "--set-from") save.set_order.push_back(false);
+  // The command, writing on out and err.
+  const auto dispatch = [&](std::ostream& out, std::ostream& err) -> int {
+    if (app.got_subcommand(show_command)) return RunShow(show, out, err);
+    if (app.got_subcommand(get_command)) {
+      get.item = get_arguments.back();
+      if (get_arguments.size() == 2) get.profile = get_arguments.front();
+      return RunGet(get, out, err);
     }
-    return RunSave(save, std::cout, std::cerr);
+    if (app.got_subcommand(save_command)) {
+      for (const CLI::Option* option : save_command->parse_order()) {
+        if (option->get_name() == "--set") save.set_order.push_back(true);
+        if (option->get_name() == "--set-from") save.set_order.push_back(false);
+      }
+      return RunSave(save, out, err);
+    }
+    if (app.got_subcommand(check_command)) return RunCheck(check, out, err);
+    if (app.got_subcommand(export_command)) return RunExport(exported, out, err);
+    if (app.got_subcommand(diff_command)) return RunDiff(diff, out, err);
+    if (app.got_subcommand(types_command)) return RunTypes(types, out, err);
+    if (app.got_subcommand(raw_command)) return RunRaw(raw, out, err);
+    if (app.got_subcommand(compat_command)) return RunCompat(compat, out, err);
+    if (app.got_subcommand(schedule_command)) {
+      scheduled.item = schedule_arguments.back();
+      if (schedule_arguments.size() == 2) scheduled.profile = schedule_arguments.front();
+      return RunSchedule(scheduled, out, err);
+    }
+    if (xif_command->got_subcommand(xif_import)) return RunXifImport(xif, out, err);
+    if (xif_command->got_subcommand(xif_show)) return RunXifShow(xif, out, err);
+    if (xif_command->got_subcommand(xif_export)) return RunXifExport(xif, out, err);
+    return kUsageError;
+  };
+  bool json = false;
+  for (const CommonOptions* common : {&show.common, &get.common, &save.common, &check.common,
+                                      &exported.common, &diff.common, &types.common, &raw.common,
+                                      &compat.common, &scheduled.common, &xif.common}) {
+    json = json || common->json;
   }
-  if (app.got_subcommand(check_command)) return RunCheck(check, std::cout, std::cerr);
-  if (app.got_subcommand(export_command)) return RunExport(exported, std::cout, std::cerr);
-  if (app.got_subcommand(diff_command)) return RunDiff(diff, std::cout, std::cerr);
-  if (app.got_subcommand(types_command)) return RunTypes(types, std::cout, std::cerr);
-  if (app.got_subcommand(raw_command)) return RunRaw(raw, std::cout, std::cerr);
-  if (app.got_subcommand(compat_command)) return RunCompat(compat, std::cout, std::cerr);
-  if (app.got_subcommand(schedule_command)) {
-    scheduled.item = schedule_arguments.back();
-    if (schedule_arguments.size() == 2) scheduled.profile = schedule_arguments.front();
-    return RunSchedule(scheduled, std::cout, std::cerr);
+  if (app.got_subcommand(export_command) && exported.common.json && exported.format == "csv" &&
+      export_command->count("--format") > 0) {
+    std::cerr << "kolvane: error: --json and --format csv ask for two formats; give one\n";
+    return kUsageError;
   }
-  if (xif_command->got_subcommand(xif_import)) return RunXifImport(xif, std::cout, std::cerr);
-  if (xif_command->got_subcommand(xif_show)) return RunXifShow(xif, std::cout, std::cerr);
-  if (xif_command->got_subcommand(xif_export)) return RunXifExport(xif, std::cout, std::cerr);
-  return kUsageError;
+  if (!json) return dispatch(std::cout, std::cerr);
+  // With --json a failure that printed nothing else says so on standard output as well.
+  std::ostringstream out;
+  std::ostringstream err;
+  const int status = dispatch(out, err);
+  std::cout << out.str() << std::flush;
+  std::cerr << err.str();
+  if (status != 0 && out.str().empty()) {
+    JsonWriter failure(std::cout);
+    failure.BeginObject().Key("ok").Bool(false).Key("status").Number(status).Key("errors").BeginArray();
+    std::istringstream lines(err.str());
+    for (std::string line; std::getline(lines, line);) {
+      if (line.rfind("kolvane: error: ", 0) == 0) line.erase(0, 16);
+      if (!line.empty()) failure.String(line);
+    }
+    failure.EndArray().EndObject();
+  }
+  return status;
 }
