@@ -34,7 +34,9 @@ namespace kolvane::test {
 inline constexpr char kBundledCatalogue[] = KOLVANE_SOURCE_DIR "/examples/snvts.xml";
 // An NVO table with lists of several types (the bundled one mostly lists a type itself).
 inline constexpr char kTestNvoTable[] = KOLVANE_SOURCE_DIR "/tests/data/nvotable.xml";
-inline constexpr char kBundledProfile[] = KOLVANE_SOURCE_DIR "/examples/profile.xml";
+// The room controller the tests load: the bundled example with two properties left without a
+// default, so that loading warns of the defaults it assumes.
+inline constexpr char kRoomProfile[] = KOLVANE_SOURCE_DIR "/tests/data/profile-room.xml";
 // Why a test that needs the decimal-comma locale fails without it.
 inline constexpr char kMissingLocale[] = "locale de_DE.UTF-8 is missing: run scripts/setup.sh";
 
@@ -367,7 +369,7 @@ class ProfileFixture : public CatalogueFixture {
     profile->IProfile_FriendSet(documents.back(), name, nullptr, catalogue.document, nvo_table, "");
     return profile;
   }
-  std::shared_ptr<IProfile> Loaded(const std::string& xml = kBundledProfile, bool is_path = true) {
+  std::shared_ptr<IProfile> Loaded(const std::string& xml = kRoomProfile, bool is_path = true) {
     return Load(NewProfile(), xml, is_path);
   }
 

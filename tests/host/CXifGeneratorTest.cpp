@@ -179,7 +179,7 @@ TEST_F(CXifGeneratorTest, TheHostMemberWritesTheFileWhereTheFoldersAre) {
   std::filesystem::create_directories(component);
   temp.Write("snvts.xml", "<SNVTS/>");
   SetComponentFolder(component);
-  const auto profile = Load(Parsed(kBundledProfile, true));
+  const auto profile = Load(Parsed(kRoomProfile, true));
   EXPECT_EQ(profile->Iprofile_XIFandTypegenerate("Room"), 0);
   const std::string xif = temp.path + "/bin/lib/../../LON/Room.xif";
   ASSERT_TRUE(std::filesystem::exists(xif));

@@ -19,7 +19,7 @@ TEST_F(CProfileTest, NewProfileNeedsSavingAndReportsWhatItLacks) {
 
 TEST_F(CProfileTest, FriendSetReadsTheNameAndGivesItBack) {
   const auto profile = NewProfile();
-  const auto document = documents.emplace_back(Parsed(kBundledProfile, true));
+  const auto document = documents.emplace_back(Parsed(kRoomProfile, true));
   std::string name;
   profile->IProfile_FriendSet(document, name, nullptr, catalogue.document, nvo_table, "ignored");
   EXPECT_EQ(name + " " + profile->IProfile_Name() + " " + profile->IProfile_GlobalKey(),
@@ -59,7 +59,7 @@ TEST_F(CProfileTest, CountsItemsAndWarnsOfEveryAssumedDefault) {
             std::tuple(8, 11, 10));
 
   // A second load appends, with keys running on.
-  Load(profile, kBundledProfile);
+  Load(profile, kRoomProfile);
   EXPECT_EQ(std::pair(profile->IProfile_NumberNVIs(), profile->IProfile_NumberCPs()),
             std::pair(16, 20));
   EXPECT_EQ(profile->IProfile_NVs()->INetworkVariables_Item("NV20")->INetworkVariable_Name(),
@@ -165,7 +165,7 @@ TEST_F(CProfileTest, ItemsShowValuesDefaultsAndTheTypeLimits) {
 TEST_F(CProfileTest, DecimalCommaShowsInSavedRecords) {
   const auto profile = NewProfile();
   const ScopedDecimalSeparator comma(",");
-  Load(profile, kBundledProfile);
+  Load(profile, kRoomProfile);
   CpNamed(*profile, "nciSetpoint")->IConfigProperty_XPosition(12.5);
   pugi::xml_document saved;
   profile->Iprofile_XmlSaveValue(saved.append_child("Device"), saved);
@@ -463,7 +463,7 @@ TEST_F(CProfileReentryTest, HostChangingTheProfileAtEveryYield) {
     busy = false;
   });
   profile->Iprofile_RebuildCompatibilityList();
-  Load(profile, kBundledProfile);
+  Load(profile, kRoomProfile);
   profile->Iprofile_AddNetworkItem(2, "temp_p", "nviLast", 0, nullptr, "");
   nvs->INetworkVariables_Remove(nvs->INetworkVariables_NewEnum().front());
   pugi::xml_document saved;
