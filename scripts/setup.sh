@@ -5,6 +5,7 @@ set -euo pipefail
 
 packages=(
   build-essential cmake ninja-build pkg-config locales python3 help2man dpkg-dev file
+  libxml2-utils
   libpugixml-dev libinih-dev libcli11-dev libical-dev nlohmann-json3-dev
   libgtest-dev libgmock-dev libbenchmark-dev
   qt6-base-dev fonts-dejavu-core
