@@ -778,8 +778,9 @@ int RunCheck(const CheckOptions& options, std::ostream& out, std::ostream& err) 
   } else {
     for (const Finding& finding : findings) {
       if (!finding.error && options.common.quiet) continue;
-      out << (finding.error ? "error: " : "warning: ") << finding.item << ": " << finding.text
-          << " [" << finding.code << "]\n";
+      out << Bounded(std::string(finding.error ? "error: " : "warning: ") + finding.item + ": " +
+                     finding.text + " [" + finding.code + "]")
+          << '\n';
     }
     if (findings.empty()) out << "no findings\n";
   }

@@ -63,17 +63,22 @@ size_t Columns(char32_t point) {
 // A cell cut to at most kMaxCell columns, with an ellipsis where it was cut.
 constexpr size_t kMaxCell = 60;
 
+// The first columns of text, cut at a character boundary.
+std::string Head(const std::string& text, size_t columns) {
+  std::string head;
+  size_t used = 0;
+  for (size_t i = 0, length = 0; i < text.size(); i += length) {
+    const size_t width = Columns(CodePoint(text, i, length));
+    if (used + width > columns) break;
+    head.append(text, i, length);
+    used += width;
+  }
+  return head;
+}
+
 std::string Fitted(const std::string& cell) {
   if (DisplayWidth(cell) <= kMaxCell) return cell;
-  std::string cut;
-  size_t columns = 0;
-  for (size_t i = 0, length = 0; i < cell.size(); i += length) {
-    const size_t width = Columns(CodePoint(cell, i, length));
-    if (columns + width > kMaxCell - 1) break;
-    cut.append(cell, i, length);
-    columns += width;
-  }
-  return cut + "\u2026";
+  return Head(cell, kMaxCell - 1) + "\u2026";
 }
 
 }  // namespace
@@ -82,6 +87,56 @@ size_t DisplayWidth(const std::string& text) {
   size_t columns = 0;
   for (size_t i = 0, length = 0; i < text.size(); i += length) columns += Columns(CodePoint(text, i, length));
   return columns;
+}
+
+namespace {
+
+constexpr size_t kMaxEcho = 160;
+constexpr size_t kEchoKept = 60;
+constexpr size_t kMaxMessage = 2000;
+
+}  // namespace
+
+std::string Bounded(const std::string& message) {
+  std::string bounded;
+  for (size_t start = 0; start < message.size();) {
+    const size_t blank = message.find_first_of(" \t\n", start);
+    const size_t end = blank == std::string::npos ? message.size() : blank;
+    const std::string word = message.substr(start, end - start);
+    if (DisplayWidth(word) > kMaxEcho) {
+      // A closing quote or mark stays, so the message still reads.
+      const size_t mark = word.find_last_not_of("\"'),.;:");
+      const std::string closing = mark == std::string::npos ? "" : word.substr(mark + 1);
+      bounded += Head(word, kEchoKept) + "\u2026 (" + std::to_string(word.size()) + " bytes)" + closing;
+    } else {
+      bounded += word;
+    }
+    if (end < message.size()) bounded += message[end];
+    start = end + 1;
+  }
+  if (DisplayWidth(bounded) <= kMaxMessage) return bounded;
+  // Keep the head and the tail, where a message names the item and the reason.
+  const std::string head = Head(bounded, kMaxMessage / 2);
+  const size_t total = DisplayWidth(bounded);
+  size_t cut = head.size();
+  for (size_t used = DisplayWidth(head), length = 0; total - used > kMaxMessage / 2; cut += length) {
+    used += Columns(CodePoint(bounded, cut, length));
+  }
+  return head + " \u2026 (" + std::to_string(cut - head.size()) + " bytes) \u2026 " + bounded.substr(cut);
+}
+
+BoundedLines::~BoundedLines() {
+  if (!line_.empty()) target_ << Bounded(line_) << std::flush;
+}
+
+int BoundedLines::overflow(int character) {
+  if (character == traits_type::eof()) return traits_type::not_eof(character);
+  line_.push_back(static_cast<char>(character));
+  if (character == '\n') {
+    target_ << Bounded(line_) << std::flush;
+    line_.clear();
+  }
+  return character;
 }
 
 void Table::AddRow(std::vector<std::string> cells, std::string note) {

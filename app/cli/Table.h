@@ -1,6 +1,7 @@
 #pragma once
 
 #include <ostream>
+#include <streambuf>
 #include <string>
 #include <vector>
 
@@ -29,5 +30,23 @@ class Table {
 
 // Columns a terminal gives a UTF-8 text: one a character, two a wide East Asian one.
 size_t DisplayWidth(const std::string& text);
+
+// A message with every echoed run of more than 160 non-blank columns cut to its first 60 and its
+// length, and a message longer than 2,000 columns cut in the middle: input is never echoed whole.
+std::string Bounded(const std::string& message);
+
+// A stream buffer that writes each line to target through Bounded.
+class BoundedLines : public std::streambuf {
+ public:
+  explicit BoundedLines(std::ostream& target) : target_(target) {}
+  ~BoundedLines() override;
+
+ protected:
+  int overflow(int character) override;
+
+ private:
+  std::ostream& target_;
+  std::string line_;
+};
 
 }  // namespace kolvane::cli

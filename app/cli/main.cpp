@@ -9,6 +9,7 @@
 
 #include "Commands.h"
 #include "Json.h"
+#include "Table.h"
 
 namespace {
 
@@ -264,20 +265,23 @@ int main(int argc, char** argv) {
     std::cerr << "kolvane: error: --json and --format csv ask for two formats; give one\n";
     return kUsageError;
   }
-  if (!json) return dispatch(std::cout, std::cerr);
+  // Messages go out line by line, none echoing a huge input whole.
+  kolvane::cli::BoundedLines bounded_err(std::cerr);
+  std::ostream err_stream(&bounded_err);
+  if (!json) return dispatch(std::cout, err_stream);
   // With --json a failure that printed nothing else says so on standard output as well.
   std::ostringstream out;
   std::ostringstream err;
   const int status = dispatch(out, err);
   std::cout << out.str() << std::flush;
-  std::cerr << err.str();
+  err_stream << err.str() << std::flush;
   if (status != 0 && out.str().empty()) {
     JsonWriter failure(std::cout);
     failure.BeginObject().Key("ok").Bool(false).Key("status").Number(status).Key("errors").BeginArray();
     std::istringstream lines(err.str());
     for (std::string line; std::getline(lines, line);) {
       if (line.rfind("kolvane: error: ", 0) == 0) line.erase(0, 16);
-      if (!line.empty()) failure.String(line);
+      if (!line.empty()) failure.String(kolvane::cli::Bounded(line));
     }
     failure.EndArray().EndObject();
   }
