@@ -7,6 +7,8 @@
 
 #include <nlohmann/json.hpp>
 
+#include "Csv.h"
+
 namespace kolvane::cli {
 
 // Builds a JSON document with nlohmann's library (members in the order written) and writes it,
@@ -56,5 +58,10 @@ class JsonWriter {
   std::vector<nlohmann::ordered_json*> open_;
   std::string key_;
 };
+
+// The rows of an "export --format json" document as records: a header record of "path",
+// "value" and "unit", then one record a row, numbered from 1. False with error when the text is
+// no such document.
+bool ReadExportedRows(const std::string& text, std::vector<CsvRecord>& records, std::string& error);
 
 }  // namespace kolvane::cli

@@ -550,7 +550,7 @@ std::string TextProblem(const std::string& text) {
 }
 
 // Sets the values of a CSV file's path,value rows (a header row naming "path" and "value" picks
-// those columns; an empty value leaves the item as it is); every row is checked first, and each
+// those columns; an empty value leaves the item as it is), or of an exported JSON document's; every row is checked first, and each
 // refused one is reported as "FILE:LINE: ..."; false when any is.
 bool SetFromFile(const IProfile& profile, const std::string& path, std::ostream& err) {
   std::string text;
@@ -561,9 +561,12 @@ bool SetFromFile(const IProfile& profile, const std::string& path, std::ostream&
   }
   // A spreadsheet's UTF-8 byte-order mark is no part of the header.
   if (text.rfind("\xEF\xBB\xBF", 0) == 0) text.erase(0, 3);
+  // What "export --format json" wrote is read as its rows; a record's line is then its row.
+  const size_t start = text.find_first_not_of(" \t\r\n");
+  const bool json = start != std::string::npos && text[start] == '{';
   std::istringstream in(text);
   std::vector<CsvRecord> records;
-  if (!ReadCsv(in, records, error)) {
+  if (!(json ? ReadExportedRows(text, records, error) : ReadCsv(in, records, error))) {
     err << "kolvane: error: " << path << ": " << error << '\n';
     return false;
   }
@@ -591,7 +594,8 @@ bool SetFromFile(const IProfile& profile, const std::string& path, std::ostream&
   bool refused = false;
   for (size_t i = first; i < records.size(); ++i) {
     const CsvRecord& record = records[i];
-    const std::string where = path + ":" + std::to_string(record.line) + ": ";
+    const std::string where =
+        path + (json ? ": row " : ":") + std::to_string(record.line) + ": ";
     if (record.fields.size() != columns) {
       err << "kolvane: error: " << where << record.fields.size() << " columns, expected "
           << columns << '\n';

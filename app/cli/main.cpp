@@ -86,8 +86,9 @@ int main(int argc, char** argv) {
                                                           : std::string();
       });
   save_command->add_option("--set-from", save.values_file,
-                           "CSV of path,value rows (the export format's columns will do), all "
-                           "checked before anything is written");
+                           "CSV of path,value rows (the export format's columns will do) or "
+                           "an export --format json document, all checked before anything is "
+                           "written");
   save_command->add_option("--values-from", save.values_document,
                            "A values document (either form) whose values are set first, matched "
                            "by point key, then by name");

@@ -1,6 +1,8 @@
 """What goes in comes out: every example exported as CSV and fed back unchanged with --set-from
 changes no value, in SI and in US units; a spreadsheet edit of one row changes that row only."""
 
+import itertools
+import json
 import os
 import subprocess
 import sys
@@ -26,12 +28,12 @@ class RoundTripTest(unittest.TestCase):
         for example in ("profile.xml", "profile-vav.xml", "profile-schedules.xml"):
             profile = os.path.join(EXAMPLES, example)
             run("save", profile, "-o", self.path("plain.xml"))
-            for units in ("si", "us"):
-                with self.subTest(example=example, units=units):
-                    exported = run("export", profile, "--units", units).stdout
-                    with open(self.path("rows.csv"), "w", encoding="utf-8") as f:
+            for units, form in itertools.product(("si", "us"), ("csv", "json")):
+                with self.subTest(example=example, units=units, form=form):
+                    exported = run("export", profile, "--units", units, "--format", form).stdout
+                    with open(self.path("rows." + form), "w", encoding="utf-8") as f:
                         f.write(exported)
-                    run("save", profile, "--units", units, "--set-from", self.path("rows.csv"),
+                    run("save", profile, "--units", units, "--set-from", self.path("rows." + form),
                         "-o", self.path("back.xml"))
                     diff = run("diff", self.path("plain.xml"), self.path("back.xml"), check=False)
                     self.assertEqual(diff.returncode, 0, diff.stdout)
@@ -52,6 +54,19 @@ class RoundTripTest(unittest.TestCase):
         self.assertEqual([line for line in diff.stdout.splitlines() if line.startswith("~")],
                          ["~ nciSetpoint: value 21.5 °C -> 22 °C"], diff.stdout)
 
+    def test_an_edited_json_row_changes_that_value_only(self):
+        profile = os.path.join(EXAMPLES, "profile.xml")
+        run("save", profile, "-o", self.path("plain.xml"))
+        document = json.loads(run("export", profile, "--format", "json").stdout)
+        [row] = [row for row in document["rows"] if row["path"] == "nciOccSetpoints.occupied_cool"]
+        row["value"] = "24.5"
+        with open(self.path("rows.json"), "w", encoding="utf-8") as f:
+            json.dump(document, f)
+        run("save", profile, "--set-from", self.path("rows.json"), "-o", self.path("back.xml"))
+        diff = run("diff", self.path("plain.xml"), self.path("back.xml"), check=False)
+        self.assertEqual([line for line in diff.stdout.splitlines() if line.startswith("~")],
+                         ["~ nciOccSetpoints: value { 23  25  28  21.5  20  16 } -> { 24.5  25  28  21.5  20  16 }"],
+                         diff.stdout)
 
     def test_a_values_document_resumes_the_edits(self):
         profile = os.path.join(EXAMPLES, "profile.xml")
