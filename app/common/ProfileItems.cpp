@@ -94,6 +94,39 @@ std::string ValuesDocumentText(IProfile& profile, bool interoperability) {
   return text.str();
 }
 
+namespace {
+constexpr const char* kOptionNames[] = {"SendOnDelta", "RcvHrtBtEnable"};
+}  // namespace
+
+Options NetworkVariableOptions(IProfile& profile) {
+  pugi::xml_document values;
+  profile.Iprofile_SaveValueForInteroperability(values, values);
+  Options options;
+  for (const pugi::xml_node point : values.child("ApplicationProfile").children("ApPoint")) {
+    auto& own = options[point.attribute("Name").value()];
+    for (const char* name : kOptionNames) {
+      if (const pugi::xml_attribute option = point.attribute(name)) own[name] = option.value();
+    }
+  }
+  return options;
+}
+
+void StoreOptions(const Options& options, pugi::xml_document& document) {
+  for (pugi::xml_node item : document.child("Profile").child("NVs").children()) {
+    const auto own = options.find(item.name());
+    for (const char* name : kOptionNames) {
+      const bool present = own != options.end() && own->second.count(name) > 0;
+      if (!present) {
+        item.remove_attribute(name);
+        continue;
+      }
+      pugi::xml_attribute attribute = item.attribute(name);
+      if (!attribute) attribute = item.append_attribute(name);
+      attribute.set_value(own->second.at(name).c_str());
+    }
+  }
+}
+
 void SetValueOf(const ItemRef& item, const std::string& value) {
   if (auto nv = std::dynamic_pointer_cast<INetworkVariable>(item.object)) {
     nv->INetworkVariable_Value(value);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <map>
 #include <memory>
 #include <string>
 #include <vector>
@@ -49,5 +50,15 @@ std::vector<std::string> ApplyValues(const IProfile& profile, const pugi::xml_do
 // The profile's values as an XML document text: the stored form, or the interoperability form
 // with item keys.
 std::string ValuesDocumentText(IProfile& profile, bool interoperability);
+
+// The options of each network variable by name, as its interoperability record gives them:
+// "SendOnDelta" (an output's threshold, present while it sends on delta) and "RcvHrtBtEnable"
+// (an input expecting heartbeats). A profile document keeps them on the item's element.
+using Options = std::map<std::string, std::map<std::string, std::string>>;
+Options NetworkVariableOptions(IProfile& profile);
+
+// Writes options onto the network variables' elements of a profile document, removing those
+// a variable no longer has.
+void StoreOptions(const Options& options, pugi::xml_document& document);
 
 }  // namespace kolvane::app

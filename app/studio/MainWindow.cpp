@@ -1,6 +1,7 @@
 #include "MainWindow.h"
 
 #include <cstdint>
+#include <sstream>
 
 #include <QAction>
 #include <QClipboard>
@@ -150,8 +151,12 @@ void MainWindow::BuildMenus() {
   recent_menu_->setObjectName("recentMenu");
   RebuildRecentMenu();
   file->addSeparator();
-  file->addAction("&Save Values...", QKeySequence::Save, this, [this] { AskSave(false); });
+  file->addAction("&Save Values", QKeySequence::Save, this, [this] { SaveValuesAgain(); });
+  file->addAction("Save Values &As...", this, [this] { AskSave(false); });
   file->addAction("Save Values for &Interoperability...", this, [this] { AskSave(true); });
+  file->addAction("Save &Profile", QKeySequence(Qt::CTRL | Qt::ALT | Qt::Key_S), this,
+                  [this] { AskSaveProfile(false); });
+  file->addAction("Save Profile As...", this, [this] { AskSaveProfile(true); });
   file->addSeparator();
   file->addAction("&Quit", QKeySequence::Quit, this, [this] { close(); });
 
@@ -326,7 +331,13 @@ bool MainWindow::Open(const ProfileFiles& files) {
   nvo_table_ = std::move(nvo_table);
   document_ = std::move(document);
   profile_ = std::move(profile);
-  program_id_ = document_->child("Profile").child("ProgramID").text().get();
+  program_id_ = saved_program_id_ = document_->child("Profile").child("ProgramID").text().get();
+  {
+    CollectedMessages quiet;
+    RunGuarded("Open Profile", [&] { options_ = app::NetworkVariableOptions(*profile_); });
+  }
+  saved_options_ = options_;
+  values_path_.clear();
   edited_ = false;
   history_.clear();
   position_ = saved_position_ = 0;
@@ -360,6 +371,7 @@ bool MainWindow::SaveValues(const std::string& path, bool interoperability) {
   }
   edited_ = false;
   saved_position_ = position_;
+  if (!interoperability) values_path_ = path;
   messages_->appendPlainText(QString::fromStdString("Saved values to " + path));
   RefreshTitle();
   return true;
@@ -399,14 +411,56 @@ bool MainWindow::AskSave(bool interoperability) {
   return SaveValues(path.toStdString(), interoperability);
 }
 
+bool MainWindow::SaveValuesAgain() {
+  if (values_path_.empty()) return AskSave(false);
+  return SaveValues(values_path_, false);
+}
+
+bool MainWindow::SaveProfile(const std::string& path) {
+  if (!profile_) return false;
+  app::StoreOptions(options_, *document_);
+  std::ostringstream text;
+  document_->save(text, "  ", pugi::format_default, pugi::encoding_utf8);
+  std::string error;
+  if (!app::WriteFileAtomically(path, text.str(), error)) {
+    QMessageBox::critical(this, "Save Profile", QString::fromStdString(error));
+    return false;
+  }
+  saved_program_id_ = program_id_;
+  saved_options_ = options_;
+  if (files_.profile != path) {
+    files_.profile = path;
+    RememberRecent(path);
+  }
+  messages_->appendPlainText(QString::fromStdString("Saved profile to " + path));
+  RefreshTitle();
+  return true;
+}
+
+bool MainWindow::AskSaveProfile(bool always_ask) {
+  if (!profile_) return false;
+  std::string path = files_.profile;
+  if (always_ask || path.empty() || app::IsDeviceFile(path)) {
+    const QString chosen = QFileDialog::getSaveFileName(this, "Save Profile", {}, "XML (*.xml)");
+    if (chosen.isEmpty()) return false;
+    path = chosen.toStdString();
+  }
+  return SaveProfile(path);
+}
+
 bool MainWindow::ConfirmDiscard() {
   if (!Modified()) return true;
+  std::string what = ValuesModified() ? "The values" : "The program ID and options";
+  if (ValuesModified() && ProfileModified()) what += ", program ID and options";
   const auto answer = QMessageBox::question(
       this, "Kolvane Studio",
-      QString::fromStdString("The values of " + profile_->IProfile_Name() +
+      QString::fromStdString(what + " of " + profile_->IProfile_Name() +
                              " were changed. Save them first?"),
       QMessageBox::Save | QMessageBox::Discard | QMessageBox::Cancel, QMessageBox::Save);
-  if (answer == QMessageBox::Save) return AskSave(false);
+  if (answer == QMessageBox::Save) {
+    if (ValuesModified() && !SaveValuesAgain()) return false;
+    return !ProfileModified() || AskSaveProfile(false);
+  }
   return answer == QMessageBox::Discard;
 }
 
@@ -523,6 +577,11 @@ void MainWindow::EditItem(QTreeWidgetItem* widget) {
   });
   // The structure dialog's field dialogs write through; its Cancel takes all of it back.
   if (QtFormHost::LastRunCancelled() && top.fields) RunGuarded("Edit Value", [&] { Restore(top, before); });
+  // An input's or output's options dialog may have changed its options.
+  if (std::dynamic_pointer_cast<INetworkVariable>(top.object)) {
+    CollectedMessages quiet;
+    RunGuarded("Edit Value", [&] { options_ = app::NetworkVariableOptions(*profile_); });
+  }
   const std::vector<std::string> after = Snapshot(top);
   if (after != before) {
     history_.resize(position_);
@@ -641,6 +700,7 @@ void MainWindow::ChangeProgramId() {
   const std::string accepted = dialog->ProgramID();
   if (accepted.empty()) return;
   program_id_ = accepted;
+  RefreshTitle();
   // The profile document keeps it: a generated device interface file binds to it.
   pugi::xml_node root = document_->child("Profile");
   pugi::xml_node element = root.child("ProgramID");

@@ -40,6 +40,9 @@ class MainWindow final : public QMainWindow {
   bool Open(const ProfileFiles& files);
   // Writes the values, stored or interoperability form, atomically; false with a message box.
   bool SaveValues(const std::string& path, bool interoperability);
+  // Writes the profile document with the program identifier and the network variable options
+  // as they are now, atomically; later saves go to path. False with a message box.
+  bool SaveProfile(const std::string& path);
   // Writes the profile's device interface file through the generator; what it wrote, or why it
   // wrote nothing, goes to the Messages pane. False when it wrote nothing.
   bool GenerateDeviceInterface(const std::string& path);
@@ -68,9 +71,14 @@ class MainWindow final : public QMainWindow {
   // Takes back the last value change made in the studio, or makes it again (Edit menu).
   bool Undo();
   bool Redo();
-  // Whether anything differs from what was opened or saved last: the value history's place
-  // against the saved one, a program identifier, values applied from a document.
-  bool Modified() const { return edited_ || position_ != saved_position_; }
+  // Whether anything differs from what was opened or saved last: values (the history's place
+  // against the saved one, values applied from a document) or the profile document's own
+  // facts (program identifier, network variable options).
+  bool ValuesModified() const { return edited_ || position_ != saved_position_; }
+  bool ProfileModified() const {
+    return program_id_ != saved_program_id_ || options_ != saved_options_;
+  }
+  bool Modified() const { return ValuesModified() || ProfileModified(); }
 
  protected:
   void closeEvent(QCloseEvent* event) override;
@@ -101,6 +109,11 @@ class MainWindow final : public QMainWindow {
   void AskImportDevice();
   // Asks for a file and saves the values; false when nothing was written.
   bool AskSave(bool interoperability);
+  // Saves the values to the file they were last saved to, asking when there is none.
+  bool SaveValuesAgain();
+  // Saves the profile document to its file, asking when it has none of its own (the bundled
+  // example, an imported device) or when always_ask.
+  bool AskSaveProfile(bool always_ask);
   // True when nothing the user changed would be lost, after asking to save what would.
   bool ConfirmDiscard();
   // Value and raw texts of every row as shown.
@@ -113,6 +126,10 @@ class MainWindow final : public QMainWindow {
   std::shared_ptr<pugi::xml_document> document_;
   std::shared_ptr<IProfile> profile_;
   std::string program_id_;
+  std::string saved_program_id_;
+  app::Options options_;
+  app::Options saved_options_;
+  std::string values_path_;  // where Save Values wrote last
   // The user changed values since the last load or save. The library's flag cannot tell: a
   // profile needs saving from the moment it is made.
   bool edited_ = false;

@@ -307,6 +307,13 @@ void CNetworkVariable::LoadFromXml(pugi::xml_node element) {
   } else if (Kind() != TypeKind::kStruct) {
     options_ = Options::kOutput;
   }
+  // Options a profile keeps, named as the interoperability record names them.
+  if (direction_ == kInput) {
+    receive_heartbeat_ = std::string_view(element.attribute("RcvHrtBtEnable").value()) == "1";
+  } else if (const pugi::xml_attribute delta = element.attribute("SendOnDelta")) {
+    send_on_delta_enabled_ = true;
+    send_on_delta_ = delta.value();
+  }
   x_position_ = x;
   y_position_ = y;
   ContinueOnError([&] {

@@ -664,6 +664,51 @@ class StudioTest : public QObject {
     QCOMPARE(QString::fromStdString(window_->ProgramId()), QString("9FFFFF0A00000001"));
   }
 
+  void ProgramIdAndOptionsAreSavedWithTheProfile() {
+    QTreeWidget* tree = window_->VariablesTree();
+    OnNextModal([](QWidget* form) {
+      QTest::mouseClick(Control<QCheckBox>(form, "chkSendOnDelta"), Qt::LeftButton);
+      QTest::keyClicks(Control<QLineEdit>(form, "txtSendOnDelta"), "0.5");
+      QTest::mouseClick(Control<QPushButton>(form, "cmdOk"), Qt::LeftButton);
+    });
+    DoubleClick(tree, Find(tree, "nvoSpaceTemp"));
+    QVERIFY(window_->ProfileModified());
+    QVERIFY(!window_->ValuesModified());
+    QVERIFY(window_->isWindowModified());
+    OnNextModal([](QWidget* form) {
+      auto* edit = Control<QLineEdit>(form, "txtNid");
+      edit->selectAll();
+      QTest::keyClicks(edit, "9FFFFF0A00000002");
+      QTest::mouseClick(Control<QPushButton>(form, "cmdOk"), Qt::LeftButton);
+    });
+    for (QAction* candidate : window_->findChildren<QAction*>()) {
+      if (candidate->text() == "&Program ID...") candidate->trigger();
+    }
+    QTemporaryDir folder;
+    const QString path = folder.filePath("profile.xml");
+    QVERIFY(window_->SaveProfile(path.toStdString()));
+    QVERIFY(!window_->isWindowModified());
+    QFile file(path);
+    QVERIFY(file.open(QIODevice::ReadOnly));
+    const QString text = QString::fromUtf8(file.readAll());
+    QVERIFY2(text.contains("<ProgramID>9FFFFF0A00000002</ProgramID>"), qPrintable(text));
+    QVERIFY2(text.contains(R"(<nvoSpaceTemp Type="temp_p" Direction="Out" Key="P2" SendOnDelta="0.5">)"),
+             qPrintable(text));
+
+    // Opened again, the profile has both; taking the option back marks it changed again.
+    QVERIFY(window_->Open({path.toStdString()}));
+    QVERIFY(!window_->isWindowModified());
+    QCOMPARE(QString::fromStdString(window_->ProgramId()), QString("9FFFFF0A00000002"));
+    QVERIFY(Save(true).contains(R"(Permanent="1" SendOnDelta="0.5")"));
+    OnNextModal([](QWidget* form) {
+      QTest::mouseClick(Control<QCheckBox>(form, "chkSendOnDelta"), Qt::LeftButton);
+      QTest::mouseClick(Control<QPushButton>(form, "cmdOk"), Qt::LeftButton);
+    });
+    DoubleClick(tree, Find(tree, "nvoSpaceTemp"));
+    QVERIFY(window_->ProfileModified());
+    QVERIFY(!Save(true).contains("SendOnDelta"));
+  }
+
  private:
   // Saves the values through the window and returns the file's text.
   QString Save(bool interoperability) {
