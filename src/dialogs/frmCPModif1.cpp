@@ -22,14 +22,7 @@ bool IsDigit(int16_t key) { return key >= '0' && key <= '9'; }
 std::string Limit(const std::string& limit) { return limit.empty() ? "---" : limit; }
 
 // A number as the user types it, with the user's decimal separator.
-bool IsNumber(const std::string& text) {
-  try {
-    ParseNumber(text, Globals::DecimalPoint());
-    return true;
-  } catch (const Error&) {
-    return false;
-  }
-}
+bool IsNumber(const std::string& text) { return IsNumberText(text, Globals::DecimalPoint()); }
 
 }  // namespace
 

@@ -138,4 +138,13 @@ int32_t RoundToInt32(double number) { return RoundTo<int32_t>(number); }
 
 int16_t RoundToInt16(double number) { return RoundTo<int16_t>(number); }
 
+bool IsNumberText(std::string_view text, char decimal_point) {
+  try {
+    ParseNumber(text, decimal_point);
+    return true;
+  } catch (const Error&) {
+    return false;
+  }
+}
+
 }  // namespace kolvane

@@ -23,6 +23,8 @@ std::string NumberText(std::string_view text, char decimal_point = '.');
 // The whole text as a number with decimal_point as decimal point, surrounding blanks allowed.
 // Error 13 when the text is not a number, 6 when it is out of range.
 double ParseNumber(std::string_view text, char decimal_point = '.');
+// Whether ParseNumber reads text without error.
+bool IsNumberText(std::string_view text, char decimal_point = '.');
 
 // A number in general format with at most significant_digits digits (exponent form for very
 // large and small magnitudes, no trailing zeros) and decimal_separator as decimal point, as

@@ -11,7 +11,8 @@ namespace kolvane {
 
 class CNetworkVariable;
 
-// Options of an input: receive heartbeat, written as the box is clicked.
+// Options of an input: receive heartbeat, written as the box is clicked; closed other than by
+// Ok (Cancel, Escape), the input gets back the flag it had.
 class KOLVANE_API frmEditNVI final : public Form {
  public:
   std::string Caption() const override { return "Input Options"; }
@@ -27,13 +28,19 @@ class KOLVANE_API frmEditNVI final : public Form {
   void chkRcvHrtBt_Click();
   // Closes the dialog.
   void cmdOk_Click();
+  // Closes the dialog; unloading puts the flag back.
+  void cmdCancel_Click();
+  void Form_Unload(int16_t& Cancel) override;
 
   CheckBox chkRcvHrtBt{"Enable Receive HeartBeat (LON)"};
   CommandButton cmdOk{"&Ok"};
+  CommandButton cmdCancel{"Cancel"};
 
  private:
   // The variable keeps its dialog, so the dialog holds it weakly.
   std::weak_ptr<CNetworkVariable> variable_;
+  bool loaded_heartbeat_ = false;
+  bool confirmed_ = false;
 };
 
 }  // namespace kolvane

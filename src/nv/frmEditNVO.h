@@ -25,7 +25,9 @@ class KOLVANE_API frmEditNVO final : public Form {
   void Form_Load() override;
   // Enables the threshold box with the check box.
   void chkSendOnDelta_Click();
-  // Writes the flag, the threshold and the value into the output and closes.
+  // Writes the flag, the threshold and the value (typed in display units) into the output and
+  // closes; a threshold that is no number of at least 0, or a number value that is no number
+  // or outside the limits shown, is refused in a message box and nothing is written.
   void cmdOk_Click();
   // Closes without writing.
   void cmdCancel_Click();
@@ -42,6 +44,9 @@ class KOLVANE_API frmEditNVO final : public Form {
   CommandButton cmdCancel{"Cancel"};
 
  private:
+  bool Checked(const CNetworkVariable& variable);
+  bool Refuse(const std::string& message, const std::string& control);
+
   // The variable keeps its dialog, so the dialog holds it weakly.
   std::weak_ptr<CNetworkVariable> variable_;
 };

@@ -112,6 +112,43 @@ TEST_F(frmEditNVTest, OutputOptionsLoadWriteOnOkAndNotOnCancel) {
       "Send on Delta (LON)=0 [] disabled | Min Value: --- | Max Value: --- | OC_STANDBY | &Ok");
 }
 
+// The value box is in the display units its limits are in, and checked as the value dialogs
+// check: a refused value or threshold writes nothing and leaves the dialog open.
+TEST_F(frmEditNVTest, OutputOptionsCheckWhatIsTypedInDisplayUnits) {
+  ScopedUsUnits us;
+  MessageBoxRecorder boxes;
+  const auto output = Variable("temp_p", "Out");
+  output->INetworkVariable_Value("20");
+  user.host->steps.push_back([&](Form& form) {
+    auto& dialog = dynamic_cast<frmEditNVO&>(form);
+    EXPECT_EQ(Shown(dialog),
+              "Send on Delta (LON)=0 [] disabled | Min Value: -459.706 | Max Value: 621.788 | 68 | &Ok");
+    for (const auto& [value, threshold, message] : std::vector<std::array<std::string, 3>>{
+             {"abc", "", "\"abc\" is not a number"},
+             {"999", "", "The value is greater than 621.788"},
+             {"-500", "", "The value is less than -459.706"},
+             {"70", "x", "The threshold must be a number of at least 0"},
+             {"70", "-1", "The threshold must be a number of at least 0"}}) {
+      boxes.boxes.clear();
+      dialog.chkSendOnDelta.Value = threshold.empty() ? 0 : 1;
+      dialog.txtSendOnDelta.Text = threshold;
+      dialog.txtValue.Text = value;
+      dialog.cmdOk_Click();
+      EXPECT_EQ(boxes.boxes, Boxes({{message, vbExclamation, "Warning"}})) << value;
+      EXPECT_TRUE(dialog.Loaded());
+      EXPECT_EQ(output->INetworkVariable_Value(), "20");
+    }
+    dialog.chkSendOnDelta.Value = 1;
+    dialog.txtSendOnDelta.Text = "0.5";
+    dialog.txtValue.Text = "77";
+    dialog.cmdOk_Click();
+    EXPECT_FALSE(dialog.Loaded());
+  });
+  output->INetworkVariable_SetValue();
+  EXPECT_EQ(output->INetworkVariable_Value(), "25");
+  EXPECT_EQ(output->SendOnDelta(), "0.5");
+}
+
 TEST_F(frmEditNVTest, InputOptionsWriteTheHeartbeatAsTheBoxIsClicked) {
   const auto input = Variable("temp_p", "In");
   user.host->steps.push_back([&](Form& form) {
@@ -130,10 +167,18 @@ TEST_F(frmEditNVTest, InputOptionsWriteTheHeartbeatAsTheBoxIsClicked) {
   input->INetworkVariable_SetValue();
   EXPECT_TRUE(input->ReceiveHeartbeat());
 
-  // The next run shows it checked.
-  user.host->steps.push_back(
-      [](Form& form) { EXPECT_EQ(dynamic_cast<frmEditNVI&>(form).chkRcvHrtBt.Value, 1); });
+  // The next run shows it checked; clicked off and cancelled, it stays on.
+  user.host->steps.push_back([&](Form& form) {
+    auto& dialog = dynamic_cast<frmEditNVI&>(form);
+    EXPECT_EQ(dialog.chkRcvHrtBt.Value, 1);
+    dialog.chkRcvHrtBt.Value = 0;
+    dialog.chkRcvHrtBt_Click();
+    EXPECT_FALSE(input->ReceiveHeartbeat());
+    dialog.cmdCancel_Click();
+    EXPECT_FALSE(dialog.Loaded());
+  });
   input->INetworkVariable_SetValue();
+  EXPECT_TRUE(input->ReceiveHeartbeat());
 }
 
 TEST_F(frmEditNVTest, DataPointTakesOnlyNetworkVariables) {
