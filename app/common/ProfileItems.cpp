@@ -2,7 +2,9 @@
 
 #include <sstream>
 
+#include "conversion/SNVTDataConversion.h"
 #include "foundation/ContinueOnError.h"
+#include "foundation/Numbers.h"
 #include "foundation/Text.h"
 
 namespace kolvane::app {
@@ -68,11 +70,29 @@ std::vector<std::string> DisplayOf(const ItemRef& item) {
       value = field->IField_Value();
       default_value = field->IField_DefaultValue();
     }
-    // Only numbers: their texts would be a bare unit.
     const std::string kind = item.type ? item.type->ISNVType_GenType() : "";
-    if (kind != "SignedNumeric" && kind != "UnsignedNumeric" && kind != "Float") return;
-    if (value.empty()) texts[0].clear();
-    if (default_value.empty()) texts[1].clear();
+    const std::string stored[2] = {value, default_value};
+    for (size_t i = 0; i < 2; ++i) {
+      if (kind == "Enum") {
+        // A state by its name, whether held as a number or as the dialog writes it, "(2,NAME)".
+        const std::string& text = stored[i];
+        const size_t comma = text.find(',');
+        std::string name;
+        if (text.size() > 2 && text.front() == '(' && text.back() == ')' && comma != std::string::npos) {
+          name = text.substr(comma + 1, text.size() - comma - 2);
+        } else {
+          name = SNVTDataConversion::EnumStateName(text, item.type->ISNVType_EnumDesc());
+        }
+        if (!name.empty()) texts[i] = name;
+      } else if (kind == "SignedNumeric" || kind == "UnsignedNumeric" || kind == "Float") {
+        // No bare unit for no value, and no unit after a text that is no number.
+        if (stored[i].empty()) {
+          texts[i].clear();
+        } else if (stored[i] != "Invalid" && !IsNumberText(stored[i]) && !IsNumberText(stored[i], ',')) {
+          texts[i] = stored[i];
+        }
+      }
+    }
   });
   return texts;
 }

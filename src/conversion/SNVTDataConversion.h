@@ -1,5 +1,7 @@
 #pragma once
 
+#include "foundation/Export.h"
+
 #include <array>
 #include <cstdint>
 #include <string>
@@ -22,7 +24,7 @@ std::string LocalizeNumber(const std::string& text);
 
 // The name of the state whose value text is value in an enumeration description
 // ("0,OFF;1,ON;"); empty when there is none.
-std::string EnumStateName(const std::string& value, const std::string& description);
+KOLVANE_API std::string EnumStateName(const std::string& value, const std::string& description);
 
 // The raw hexadecimal text of a value of a type of kind, length bytes and scaling A, B, C
 // (value = A * 10^B * (raw + C)). Never raises: on an error it returns what it had built.

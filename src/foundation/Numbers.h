@@ -1,5 +1,7 @@
 #pragma once
 
+#include "foundation/Export.h"
+
 #include <cstdint>
 #include <string>
 #include <string_view>
@@ -24,7 +26,7 @@ std::string NumberText(std::string_view text, char decimal_point = '.');
 // Error 13 when the text is not a number, 6 when it is out of range.
 double ParseNumber(std::string_view text, char decimal_point = '.');
 // Whether ParseNumber reads text without error.
-bool IsNumberText(std::string_view text, char decimal_point = '.');
+KOLVANE_API bool IsNumberText(std::string_view text, char decimal_point = '.');
 
 // A number in general format with at most significant_digits digits (exponent form for very
 // large and small magnitudes, no trailing zeros) and decimal_separator as decimal point, as

@@ -58,6 +58,9 @@ std::string ItemCore::CheckedRawText() const {
   if (fields_) return fields_->CheckedRawText();
   if (!type_) RaiseError(ErrorNumber::kObjectNotSet, "the item has no type");
   if (Kind() == TypeKind::kStruct) RaiseError(ErrorNumber::kObjectNotSet, "the structure has no fields");
+  if (Kind() == TypeKind::kUnknown) {
+    RaiseError(ErrorNumber::kObjectNotSet, "no type SNVT_" + type_->ISNVType_ID() + " in the catalogue");
+  }
   // An empty text is a value (all blanks); an empty number is none.
   if (value_.empty() && Kind() != TypeKind::kTextual) return "";
   return SNVTDataConversion::CheckedValueToRaw(value_, *type_);
