@@ -5,7 +5,7 @@
 #include <set>
 
 #include "Commands.h"
-#include "Csv.h"
+#include "Export.h"
 #include "Documents.h"
 #include "Files.h"
 #include "Items.h"
@@ -21,89 +21,11 @@ namespace {
 
 constexpr int kTrouble = 2;
 
-// "raw" holds the bytes a device holds; "raw_problem" why there are none.
-const std::vector<std::string> kColumns = {"path",    "kind",    "type",    "direction",
-                                           "value",   "default", "minimum", "maximum",
-                                           "unit",    "raw",     "raw_problem"};
+using app::DisplayConverter;
+using app::ExportRows;
+using app::InDisplayUnits;
 
-std::shared_ptr<IUnitConverter> Converter() {
-  return CreateObjectAs<IUnitConverter>("UnitManager.Converter");
-}
-
-bool IsNumber(const ISNVType* type) { return type && IsNumeric(KindOf(*type)); }
-
-// A number text of a type's own unit in the chosen display units (no unit text).
-std::string InDisplayUnits(const std::string& id, const std::string& value) {
-  if (value.empty() || value == "Invalid") return value;
-  return Converter()->ToDisplayUnits(id, SNVTDataConversion::LocalizeNumber(value));
-}
-
-std::string DefaultOf(const ItemRef& item) {
-  std::string text;
-  ContinueOnError([&] {
-    if (auto nv = std::dynamic_pointer_cast<INetworkVariable>(item.object)) {
-      text = nv->INetworkVariable_DefaultValue();
-    } else if (auto cp = std::dynamic_pointer_cast<IConfigProperty>(item.object)) {
-      text = cp->IConfigProperty_DefaultValue();
-    } else if (auto field = std::dynamic_pointer_cast<IField>(item.object)) {
-      text = field->IField_DefaultValue();
-    }
-  });
-  return text;
-}
-
-std::string DirectionOf(const ItemRef& item) {
-  return item.kind == "in" || item.kind == "out" ? item.kind : "";
-}
-
-}  // namespace
-
-std::string ExportedValueOf(const ItemRef& item) {
-  // A structure as its fields show: each number in the display units, with its unit.
-  if (item.fields) return DisplayOf(item)[0];
-  std::string value;
-  ContinueOnError([&] { value = ValueOf(item); });
-  if (!IsNumber(item.type.get())) return value;
-  return InDisplayUnits(item.type->ISNVType_ID(), value);
-}
-
-namespace {
-
-// One row of an item: texts in the chosen display units, a number's unit in a column of its own.
-std::vector<std::string> RowOf(const ItemRef& item, const std::string& direction) {
-  const std::string id = item.type ? item.type->ISNVType_ID() : "";
-  const std::vector<std::string> shown = DisplayOf(item);
-  std::string value;
-  ContinueOnError([&] { value = ValueOf(item); });
-  const RawBytes bytes = RawBytesOf(item);
-  if (IsNumber(item.type.get())) {
-    return {item.path,
-            item.kind,
-            id,
-            direction,
-            ExportedValueOf(item),
-            InDisplayUnits(id, DefaultOf(item)),
-            InDisplayUnits(id, item.type->ISNVType_Min()),
-            InDisplayUnits(id, item.type->ISNVType_Max()),
-            Converter()->DisplayUnits(id),
-            bytes.raw,
-            bytes.problem};
-  }
-  return {item.path, item.kind, id, direction, ExportedValueOf(item), shown[1], shown[2], shown[3], "",
-          bytes.raw, bytes.problem};
-}
-
-void AddRows(const ItemRef& item, const std::string& direction,
-             std::vector<std::vector<std::string>>& rows) {
-  rows.push_back(RowOf(item, direction));
-  for (const ItemRef& field : FieldsOf(item)) AddRows(field, direction, rows);
-}
-
-std::vector<std::vector<std::string>> Rows(const IProfile& profile) {
-  std::vector<std::vector<std::string>> rows;
-  for (const ItemRef& item : TopItems(profile)) AddRows(item, DirectionOf(item), rows);
-  return rows;
-}
+bool IsNumber(const ISNVType* type) { return app::IsNumberType(type); }
 
 // What a document is: a profile, a values document, or neither.
 enum class Document { kProfile, kValues, kOther };
@@ -124,7 +46,7 @@ bool SameBytes(const std::string& id, const std::string& first, const std::strin
   try {
     const auto raw = [&](const std::string& text) {
       return SNVTDataConversion::CheckedValueToRaw(
-          Converter()->FromDisplayUnits(id, SNVTDataConversion::LocalizeNumber(text)), *type);
+          DisplayConverter()->FromDisplayUnits(id, SNVTDataConversion::LocalizeNumber(text)), *type);
     };
     return raw(first) == raw(second);
   } catch (const Error&) {
@@ -146,7 +68,7 @@ std::vector<Difference> Compare(const std::vector<std::vector<std::string>>& fir
   for (const auto& row : second) by_path.emplace(row[0], &row);
   std::set<std::string> seen;
   std::vector<Difference> differences;
-  // Compared columns (index into kColumns): type, direction, value, default, minimum, maximum.
+  // Compared columns (index into the export columns): type, direction, value, default, minimum, maximum.
   const int compared[] = {2, 3, 4, 5, 6, 7, 8};
   for (const auto& row : first) {
     seen.insert(row[0]);
@@ -166,7 +88,7 @@ std::vector<Difference> Compare(const std::vector<std::vector<std::string>>& fir
       if (column == 4 && !row[9].empty() && row[9] == other[9]) continue;
       if (column >= 4 && column <= 7 && SameBytes(row[2], row[column], other[column])) continue;
       const std::string unit = column >= 4 && column <= 7 && !row[8].empty() ? " " + row[8] : "";
-      differences.push_back({row[0], kColumns[static_cast<size_t>(column)], row[column] + unit,
+      differences.push_back({row[0], app::ExportColumns()[static_cast<size_t>(column)], row[column] + unit,
                              other[column] + (column >= 4 && column <= 7 && !other[8].empty()
                                                   ? " " + other[8]
                                                   : "")});
@@ -187,13 +109,13 @@ std::vector<std::vector<std::string>> ValuesRows(const pugi::xml_document& docum
     const std::string value = point.attribute("Value").value();
     const auto type = CSNVTType::Shared(id);
     const bool number = IsNumber(type.get());
-    std::vector<std::string> row(kColumns.size());
+    std::vector<std::string> row(app::ExportColumns().size());
     row[0] = point.attribute("Name").value();
     row[1] = "point";
     row[2] = id;
     row[3] = point.attribute("Direction").value();
     row[4] = number ? InDisplayUnits(id, value) : value;
-    row[8] = number ? Converter()->DisplayUnits(id) : "";
+    row[8] = number ? DisplayConverter()->DisplayUnits(id) : "";
     rows.push_back(row);
   }
   return rows;
@@ -206,20 +128,12 @@ int RunExport(const ExportOptions& options, std::ostream& out, std::ostream& err
   if (!session.Open()) return 1;
   const auto profile = session.LoadProfile(options.profile);
   if (!profile) return 1;
-  const auto rows = Rows(*profile);
+  const auto rows = ExportRows(*profile);
   if (options.format == "json" || options.common.json) {
-    JsonWriter json(out);
-    json.BeginObject().Member("profile", profile->IProfile_Name()).Key("rows").BeginArray();
-    for (const auto& row : rows) {
-      json.BeginObject();
-      for (size_t i = 0; i < kColumns.size(); ++i) json.Member(kColumns[i], row[i]);
-      json.EndObject();
-    }
-    json.EndArray().EndObject();
-    return 0;
+    app::WriteExportJson(out, profile->IProfile_Name(), rows);
+  } else {
+    app::WriteExportCsv(out, rows);
   }
-  WriteCsvRecord(out, kColumns);
-  for (const auto& row : rows) WriteCsvRecord(out, row);
   return 0;
 }
 
@@ -254,10 +168,10 @@ int RunDiff(const DiffOptions& options, std::ostream& out, std::ostream& err) {
     // Each profile's rows are read before the next load replaces the shared documents.
     const auto a = session.LoadProfile(options.first);
     if (!a) return kTrouble;
-    const auto first_rows = Rows(*a);
+    const auto first_rows = ExportRows(*a);
     const auto b = session.LoadProfile(options.second);
     if (!b) return kTrouble;
-    differences = Compare(first_rows, Rows(*b));
+    differences = Compare(first_rows, ExportRows(*b));
   } else {
     // Types are read from the catalogue, as a profile's are.
     Globals::SetSnvtCatalogDocument(session.catalogue());

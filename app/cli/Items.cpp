@@ -71,13 +71,7 @@ std::string ValueOf(const ItemRef& item) {
     return std::string(TrimBlanks(codec::StructureText(
         *item.fields, [](const IField& field) { return field.IField_Value(); })));
   }
-  if (auto nv = std::dynamic_pointer_cast<INetworkVariable>(item.object)) {
-    return nv->INetworkVariable_Value();
-  }
-  if (auto cp = std::dynamic_pointer_cast<IConfigProperty>(item.object)) {
-    return cp->IConfigProperty_Value();
-  }
-  return std::dynamic_pointer_cast<IField>(item.object)->IField_Value();
+  return app::LeafValueOf(item);
 }
 
 }  // namespace kolvane::cli

@@ -4,11 +4,15 @@
 #include <string>
 #include <vector>
 
+#include "Csv.h"
 #include "ProfileItems.h"
 
 namespace kolvane::cli {
 
+using app::CsvRecord;
 using app::DisplayOf;
+using app::ReadCsv;
+using app::WriteCsvRecord;
 using app::FieldsOf;
 using app::ItemRef;
 using app::TopItems;

@@ -17,7 +17,7 @@ nlohmann::ordered_json& JsonWriter::Place(nlohmann::ordered_json value) {
   return member;
 }
 
-bool ReadExportedRows(const std::string& text, std::vector<CsvRecord>& records, std::string& error) {
+bool ReadExportedRows(const std::string& text, std::vector<app::CsvRecord>& records, std::string& error) {
   const nlohmann::json document = nlohmann::json::parse(text, nullptr, false);
   if (document.is_discarded()) {
     error = "not JSON text";
@@ -31,7 +31,7 @@ bool ReadExportedRows(const std::string& text, std::vector<CsvRecord>& records, 
   int number = 0;
   for (const nlohmann::json& row : document["rows"]) {
     ++number;
-    CsvRecord record{number, {}};
+    app::CsvRecord record{number, {}};
     for (const char* key : {"path", "value", "unit"}) {
       const bool present = row.is_object() && row.contains(key);
       if ((present && !row[key].is_string()) || (!present && key != std::string_view("unit"))) {

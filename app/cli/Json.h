@@ -62,6 +62,6 @@ class JsonWriter {
 // The rows of an "export --format json" document as records: a header record of "path",
 // "value" and "unit", then one record a row, numbered from 1. False with error when the text is
 // no such document.
-bool ReadExportedRows(const std::string& text, std::vector<CsvRecord>& records, std::string& error);
+bool ReadExportedRows(const std::string& text, std::vector<app::CsvRecord>& records, std::string& error);
 
 }  // namespace kolvane::cli

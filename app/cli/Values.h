@@ -2,6 +2,7 @@
 
 #include <string>
 
+#include "Export.h"
 #include "Items.h"
 
 namespace kolvane::cli {
@@ -14,9 +15,7 @@ namespace kolvane::cli {
 bool ParseTypedValue(const ItemRef& item, const std::string& typed, std::string& value,
                      std::string& error);
 
-// The value of an item as "export" writes it: a number in the chosen display units (no unit
-// text), any other value as its text.
-std::string ExportedValueOf(const ItemRef& item);
+using app::ExportedValueOf;
 
 // Why "Invalid" of a type is written as bytes a device reads as a valid value: the type has no
 // invalid value, or its invalid value's bytes are not the fixed pattern the library writes; empty

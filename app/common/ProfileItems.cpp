@@ -57,19 +57,9 @@ std::vector<std::string> DisplayOf(const ItemRef& item) {
   for (std::string& text : texts) text = std::string(TrimBlanks(text));
   // An item without a value shows none, not its unit alone.
   ContinueOnError([&] {
-    std::string value = "x";
-    std::string default_value = "x";
     if (item.fields) return;
-    if (auto nv = std::dynamic_pointer_cast<INetworkVariable>(item.object)) {
-      value = nv->INetworkVariable_Value();
-      default_value = nv->INetworkVariable_DefaultValue();
-    } else if (auto cp = std::dynamic_pointer_cast<IConfigProperty>(item.object)) {
-      value = cp->IConfigProperty_Value();
-      default_value = cp->IConfigProperty_DefaultValue();
-    } else if (auto field = std::dynamic_pointer_cast<IField>(item.object)) {
-      value = field->IField_Value();
-      default_value = field->IField_DefaultValue();
-    }
+    const std::string value = LeafValueOf(item);
+    const std::string default_value = LeafDefaultOf(item);
     const std::string kind = item.type ? item.type->ISNVType_GenType() : "";
     const std::string stored[2] = {value, default_value};
     for (size_t i = 0; i < 2; ++i) {
@@ -84,7 +74,7 @@ std::vector<std::string> DisplayOf(const ItemRef& item) {
           name = SNVTDataConversion::EnumStateName(text, item.type->ISNVType_EnumDesc());
         }
         if (!name.empty()) texts[i] = name;
-      } else if (kind == "SignedNumeric" || kind == "UnsignedNumeric" || kind == "Float") {
+      } else if (IsNumberType(item.type.get())) {
         // No bare unit for no value, and no unit after a text that is no number.
         if (stored[i].empty()) {
           texts[i].clear();
@@ -95,6 +85,26 @@ std::vector<std::string> DisplayOf(const ItemRef& item) {
     }
   });
   return texts;
+}
+
+std::string LeafValueOf(const ItemRef& item) {
+  if (auto nv = std::dynamic_pointer_cast<INetworkVariable>(item.object)) return nv->INetworkVariable_Value();
+  if (auto cp = std::dynamic_pointer_cast<IConfigProperty>(item.object)) return cp->IConfigProperty_Value();
+  if (auto field = std::dynamic_pointer_cast<IField>(item.object)) return field->IField_Value();
+  return "";
+}
+
+std::string LeafDefaultOf(const ItemRef& item) {
+  if (auto nv = std::dynamic_pointer_cast<INetworkVariable>(item.object)) return nv->INetworkVariable_DefaultValue();
+  if (auto cp = std::dynamic_pointer_cast<IConfigProperty>(item.object)) return cp->IConfigProperty_DefaultValue();
+  if (auto field = std::dynamic_pointer_cast<IField>(item.object)) return field->IField_DefaultValue();
+  return "";
+}
+
+bool IsNumberType(const ISNVType* type) {
+  if (!type) return false;
+  const std::string kind = type->ISNVType_GenType();
+  return kind == "SignedNumeric" || kind == "UnsignedNumeric" || kind == "Float";
 }
 
 std::string LimitsOf(const ItemRef& item, const std::vector<std::string>& display) {

@@ -42,6 +42,13 @@ std::string LimitsOf(const ItemRef& item, const std::vector<std::string>& displa
 // joined into its value, as the structure dialog does).
 void SetValueOf(const ItemRef& item, const std::string& value);
 
+// The value and default texts a leaf item (no structure) holds.
+std::string LeafValueOf(const ItemRef& item);
+std::string LeafDefaultOf(const ItemRef& item);
+
+// Whether a type is of a number kind (signed, unsigned or float).
+bool IsNumberType(const ISNVType* type);
+
 // Sets the values a values document holds ("ApplicationProfile" of "ApPoint" records, either
 // form): each record's item found by its point key, then by its name; a record without a value
 // leaves its item. Returns a note for each record naming an item the profile lacks.

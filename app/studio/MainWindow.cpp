@@ -27,6 +27,7 @@
 #include <QVBoxLayout>
 
 #include "DeviceFiles.h"
+#include "Export.h"
 #include "Files.h"
 #include "QtFormHost.h"
 #include "QtHost.h"
@@ -154,6 +155,15 @@ void MainWindow::BuildMenus() {
   file->addAction("&Save Values", QKeySequence::Save, this, [this] { SaveValuesAgain(); });
   file->addAction("Save Values &As...", this, [this] { AskSave(false); });
   file->addAction("Save Values for &Interoperability...", this, [this] { AskSave(true); });
+  file->addSeparator();
+  for (const bool json : {false, true}) {
+    file->addAction(json ? "Export as &JSON..." : "&Export as CSV...", this, [this, json] {
+      const QString path = QFileDialog::getSaveFileName(this, "Export", {},
+                                                        json ? "JSON (*.json)" : "CSV (*.csv)");
+      if (!path.isEmpty()) Export(path.toStdString(), json);
+    });
+  }
+  file->addSeparator();
   file->addAction("Save &Profile", QKeySequence(Qt::CTRL | Qt::ALT | Qt::Key_S), this,
                   [this] { AskSaveProfile(false); });
   file->addAction("Save Profile As...", this, [this] { AskSaveProfile(true); });
@@ -409,6 +419,26 @@ bool MainWindow::AskSave(bool interoperability) {
     return false;
   }
   return SaveValues(path.toStdString(), interoperability);
+}
+
+bool MainWindow::Export(const std::string& path, bool json) {
+  if (!profile_) return false;
+  std::ostringstream text;
+  RunGuarded("Export", [&] {
+    const auto rows = app::ExportRows(*profile_);
+    if (json) {
+      app::WriteExportJson(text, profile_->IProfile_Name(), rows);
+    } else {
+      app::WriteExportCsv(text, rows);
+    }
+  });
+  std::string error;
+  if (!app::WriteFileAtomically(path, text.str(), error)) {
+    QMessageBox::critical(this, "Export", QString::fromStdString(error));
+    return false;
+  }
+  messages_->appendPlainText(QString::fromStdString("Exported to " + path));
+  return true;
 }
 
 bool MainWindow::SaveValuesAgain() {

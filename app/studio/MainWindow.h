@@ -40,6 +40,9 @@ class MainWindow final : public QMainWindow {
   bool Open(const ProfileFiles& files);
   // Writes the values, stored or interoperability form, atomically; false with a message box.
   bool SaveValues(const std::string& path, bool interoperability);
+  // Writes every item and field as the command line's export does, CSV or JSON, atomically;
+  // false with a message box.
+  bool Export(const std::string& path, bool json);
   // Writes the profile document with the program identifier and the network variable options
   // as they are now, atomically; later saves go to path. False with a message box.
   bool SaveProfile(const std::string& path);

@@ -20,7 +20,7 @@ namespace kolvane::SNVTDataConversion {
 std::string NormalizeDecimal(const std::string& text);
 
 // The same transformation, for number texts shown to the user.
-std::string LocalizeNumber(const std::string& text);
+KOLVANE_API std::string LocalizeNumber(const std::string& text);
 
 // The name of the state whose value text is value in an enumeration description
 // ("0,OFF;1,ON;"); empty when there is none.

@@ -14,6 +14,9 @@
 #include <QPushButton>
 #include <QSettings>
 #include <QStandardPaths>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
 #include <QTemporaryDir>
 #include <QTimer>
 #include <QTreeWidget>
@@ -707,6 +710,26 @@ class StudioTest : public QObject {
     DoubleClick(tree, Find(tree, "nvoSpaceTemp"));
     QVERIFY(window_->ProfileModified());
     QVERIFY(!Save(true).contains("SendOnDelta"));
+  }
+
+  void ExportWritesWhatTheCommandLineExports() {
+    window_->ChooseUnits(kolvane::UnitSystem::kUSCustomary);
+    QTemporaryDir folder;
+    const QString csv = folder.filePath("rows.csv");
+    const QString json = folder.filePath("rows.json");
+    QVERIFY(window_->Export(csv.toStdString(), false));
+    QVERIFY(window_->Export(json.toStdString(), true));
+    window_->ChooseUnits(kolvane::UnitSystem::kSI);
+    QFile rows(csv);
+    QVERIFY(rows.open(QIODevice::ReadOnly));
+    const QStringList lines = QString::fromUtf8(rows.readAll()).split("\r\n");
+    QCOMPARE(lines.first(), QString("path,kind,type,direction,value,default,minimum,maximum,unit,raw,raw_problem"));
+    QVERIFY2(lines.contains("nciSetpoint,cp,temp_p,,70.7,70.7,50,86,°F,0866,"), qPrintable(lines.join('\n')));
+    QFile document(json);
+    QVERIFY(document.open(QIODevice::ReadOnly));
+    const QJsonObject root = QJsonDocument::fromJson(document.readAll()).object();
+    QCOMPARE(root["profile"].toString(), QString("RoomController"));
+    QCOMPARE(root["rows"].toArray().size(), lines.size() - 2);  // header, last line break
   }
 
  private:

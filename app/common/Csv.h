@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-namespace kolvane::cli {
+namespace kolvane::app {
 
 // One record of a CSV file, with the line it starts on.
 struct CsvRecord {
@@ -21,4 +21,4 @@ bool ReadCsv(std::istream& in, std::vector<CsvRecord>& records, std::string& err
 // Writes one record: fields quoted where they hold a comma, a quote or a line break; CRLF.
 void WriteCsvRecord(std::ostream& out, const std::vector<std::string>& fields);
 
-}  // namespace kolvane::cli
+}  // namespace kolvane::app

@@ -1,6 +1,6 @@
 #include "Csv.h"
 
-namespace kolvane::cli {
+namespace kolvane::app {
 
 bool ReadCsv(std::istream& in, std::vector<CsvRecord>& records, std::string& error) {
   const std::string text((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
@@ -71,4 +71,4 @@ void WriteCsvRecord(std::ostream& out, const std::vector<std::string>& fields) {
   out << "\r\n";
 }
 
-}  // namespace kolvane::cli
+}  // namespace kolvane::app
