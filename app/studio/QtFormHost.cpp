@@ -162,6 +162,10 @@ QWidget* FormDialog::MakeWidget(Binding& binding) {
                          label->setAlignment(Qt::AlignCenter);
                          label->setMinimumWidth(22);
                          label->installEventFilter(this);
+                         // Reached with Tab or the arrow keys, flipped with Space or Enter.
+                         label->setFocusPolicy(Qt::StrongFocus);
+                         label->setStyleSheet("QLabel:focus { border: 2px solid palette(highlight); }");
+                         label->setToolTip(QString::fromStdString(control.Name));
                        }
                        return label;
                      },
@@ -204,6 +208,7 @@ QWidget* FormDialog::MakeWidget(Binding& binding) {
                        tree->setRootIsDecorated(false);
                        tree->setMinimumHeight(160);
                        tree->viewport()->installEventFilter(this);
+                       tree->installEventFilter(this);  // Enter opens the current row
                        connect(tree, &QTreeWidget::itemDoubleClicked, this, [this, &binding] {
                          if (binding.control.DblClick) Dispatch(binding.control.DblClick);
                        });
@@ -404,6 +409,21 @@ bool FormDialog::eventFilter(QObject* watched, QEvent* event) {
         control.DblClick) {
       Dispatch(control.DblClick);
       return true;
+    }
+    // The keyboard does what the double click does: Enter on a list's row, Space or Enter on
+    // a cell; the arrow keys move between cells.
+    if (binding.widget == watched && event->type() == QEvent::KeyPress && control.DblClick) {
+      const int key = static_cast<QKeyEvent*>(event)->key();
+      const bool enter = key == Qt::Key_Return || key == Qt::Key_Enter;
+      const bool cell = qobject_cast<QLabel*>(binding.widget) != nullptr;
+      if (enter || (cell && key == Qt::Key_Space)) {
+        Dispatch(control.DblClick);
+        return true;
+      }
+      if (cell && (key == Qt::Key_Left || key == Qt::Key_Right)) {
+        focusNextPrevChild(key == Qt::Key_Right);
+        return true;
+      }
     }
     auto* tree = qobject_cast<QTreeWidget*>(binding.widget);
     if (tree && tree->viewport() == watched && event->type() == QEvent::MouseButtonPress &&

@@ -170,7 +170,10 @@ class StudioTest : public QObject {
         TypeOver(Control<QLineEdit>(field_form, "txtNewCPValue"), "26");
         QTest::mouseClick(Control<QPushButton>(field_form, "cmdOk"), Qt::LeftButton);
       });
-      DoubleClick(rows, row);
+      // Enter on the current row opens its field, as a double click does.
+      rows->setFocus();
+      rows->setCurrentItem(row);
+      QTest::keyClick(rows, Qt::Key_Return);
       // The row is redrawn from the field once its dialog closes.
       QCOMPARE(rows->topLevelItem(1)->text(1), QString("26 °C"));
       // The right button opens a field's dialog too; Cancel leaves the field as it was.
@@ -356,6 +359,18 @@ class StudioTest : public QObject {
       QLabel* cell = Control<QLabel>(form, "bit(1)");
       QTest::mouseDClick(cell, Qt::LeftButton);
       QCOMPARE(cell->text(), QString("1"));
+      // Without a mouse: Space flips the focused cell, the arrow keys move between cells.
+      QLabel* third = Control<QLabel>(form, "bit(3)");
+      third->setFocus();
+      QCOMPARE(third->toolTip(), QString("bit(3)"));
+      QTest::keyClick(third, Qt::Key_Space);
+      QCOMPARE(third->text(), QString("1"));
+      QTest::keyClick(third, Qt::Key_Right);
+      QCOMPARE(QApplication::focusWidget(), Control<QLabel>(form, "bit(2)"));
+      QTest::keyClick(QApplication::focusWidget(), Qt::Key_Return);
+      QCOMPARE(Control<QLabel>(form, "bit(2)")->text(), QString("0"));  // 1 flipped back
+      QTest::keyClick(QApplication::focusWidget(), Qt::Key_Return);
+      QTest::keyClick(third, Qt::Key_Space);
       auto* ok = Control<QPushButton>(form, "cmdOk");
       ok->setFocus();
       QTest::keyClick(ok, Qt::Key_Return);  // Enter on the focused OK presses it
