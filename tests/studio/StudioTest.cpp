@@ -366,10 +366,11 @@ class StudioTest : public QObject {
       QTest::keyClick(third, Qt::Key_Space);
       QCOMPARE(third->text(), QString("1"));
       QTest::keyClick(third, Qt::Key_Right);
-      QCOMPARE(QApplication::focusWidget(), Control<QLabel>(form, "bit(2)"));
-      QTest::keyClick(QApplication::focusWidget(), Qt::Key_Return);
-      QCOMPARE(Control<QLabel>(form, "bit(2)")->text(), QString("0"));  // 1 flipped back
-      QTest::keyClick(QApplication::focusWidget(), Qt::Key_Return);
+      QLabel* second = Control<QLabel>(form, "bit(2)");
+      QCOMPARE(form->focusWidget(), second);
+      QTest::keyClick(second, Qt::Key_Return);
+      QCOMPARE(second->text(), QString("0"));  // 1 flipped back
+      QTest::keyClick(second, Qt::Key_Return);
       QTest::keyClick(third, Qt::Key_Space);
       auto* ok = Control<QPushButton>(form, "cmdOk");
       ok->setFocus();
