@@ -482,6 +482,10 @@ int RunShow(const ShowOptions& options, std::ostream& out, std::ostream& err) {
     return 0;
   }
   Table table({"Item", "Kind", "Type", "Value", "Default", "Limits", "Raw"});
+  // Wide structures and long texts fit a screen; get, export and --json give them whole.
+  table.Limit(3, 40);
+  table.Limit(4, 40);
+  table.Limit(6, 32);
   for (const ItemRef& item : items) AddRows(table, item, "");
   out << "Profile " << profile->IProfile_Name() << "\n\n";
   table.Print(out);

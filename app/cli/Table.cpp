@@ -60,7 +60,8 @@ size_t Columns(char32_t point) {
   return wide ? 2 : 1;
 }
 
-// A cell cut to at most kMaxCell columns, with an ellipsis where it was cut.
+// A cell is cut to at most kMaxCell columns unless its column says otherwise, with an
+// ellipsis where it was cut.
 constexpr size_t kMaxCell = 60;
 
 // The first columns of text, cut at a character boundary.
@@ -76,9 +77,9 @@ std::string Head(const std::string& text, size_t columns) {
   return head;
 }
 
-std::string Fitted(const std::string& cell) {
-  if (DisplayWidth(cell) <= kMaxCell) return cell;
-  return Head(cell, kMaxCell - 1) + "\u2026";
+std::string Fitted(const std::string& cell, size_t limit) {
+  if (DisplayWidth(cell) <= limit) return cell;
+  return Head(cell, limit - 1) + "\u2026";
 }
 
 }  // namespace
@@ -139,8 +140,15 @@ int BoundedLines::overflow(int character) {
   return character;
 }
 
+void Table::Limit(size_t column, size_t columns) {
+  if (limits_.size() <= column) limits_.resize(column + 1, kMaxCell);
+  limits_[column] = std::max<size_t>(columns, 2);
+}
+
 void Table::AddRow(std::vector<std::string> cells, std::string note) {
-  for (std::string& cell : cells) cell = Fitted(cell);
+  for (size_t i = 0; i < cells.size(); ++i) {
+    cells[i] = Fitted(cells[i], i < limits_.size() ? limits_[i] : kMaxCell);
+  }
   rows_.push_back({std::move(cells), std::move(note)});
 }
 

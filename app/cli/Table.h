@@ -13,8 +13,11 @@ class Table {
   explicit Table(std::vector<std::string> header) : header_(std::move(header)) {}
 
   // Adds a row; a row may carry an indented note printed on the lines below it. A cell wider
-  // than 60 columns is cut with an ellipsis (export and --json keep every character).
+  // than its column's limit (60 unless set) is cut with an ellipsis (export and --json keep
+  // every character).
   void AddRow(std::vector<std::string> cells, std::string note = "");
+  // Cuts the cells of a column added from now on at columns.
+  void Limit(size_t column, size_t columns);
 
   // Writes the table; notes are wrapped at width columns.
   void Print(std::ostream& out, size_t width = 100) const;
@@ -25,6 +28,7 @@ class Table {
     std::string note;
   };
   std::vector<std::string> header_;
+  std::vector<size_t> limits_;
   std::vector<Row> rows_;
 };
 
