@@ -374,6 +374,7 @@ void FormDialog::Dispatch(const std::function<void()>& handler) {
 
 bool FormDialog::TypeKey(Binding& binding, QLineEdit& edit, int16_t code) {
   const QString before = edit.text();
+  const int boxes = MessageBoxesShown();
   int16_t kept = code;
   Dispatch([&] { binding.control.KeyPress(kept); });
   if (!form_.Loaded()) return true;
@@ -384,6 +385,8 @@ bool FormDialog::TypeKey(Binding& binding, QLineEdit& edit, int16_t code) {
   if (kept == 0 || kept == kEnter) {
     // A text the handler itself changed (Escape restoring it, say) still raises Change.
     if (edit.text() != before && binding.control.Change) Dispatch(binding.control.Change);
+    // Enter the handler left alone, without a word, presses OK, as in any dialog.
+    if (code == kEnter && form_.Loaded() && MessageBoxesShown() == boxes) PressOk();
     return true;
   }
   typing_ = true;
@@ -441,6 +444,13 @@ bool FormDialog::eventFilter(QObject* watched, QEvent* event) {
     }
   }
   return QDialog::eventFilter(watched, event);
+}
+
+void FormDialog::PressOk() {
+  for (Binding& binding : bindings_) {
+    auto* button = qobject_cast<QPushButton*>(binding.widget);
+    if (binding.control.Name == "cmdOk" && button && button->isEnabled()) button->click();
+  }
 }
 
 void FormDialog::reject() {

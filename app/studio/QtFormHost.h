@@ -28,6 +28,8 @@ class FormDialog final : public QDialog {
   bool eventFilter(QObject* watched, QEvent* event) override;
   // Escape and the window's close button unload the form; a form that cancels stays open.
   void reject() override;
+  // Clicks the enabled OK button, if the form has one.
+  void PressOk();
 
  private:
   struct Binding {

@@ -30,8 +30,11 @@ QMessageBox::Icon IconOf(int32_t style) {
   }
 }
 
+int g_boxes_shown = 0;
+
 // The library shows only OK boxes.
 int32_t ShowMessageBox(const std::string& text, int32_t style, const std::string& title) {
+  ++g_boxes_shown;
   QMessageBox box(IconOf(style), QString::fromStdString(title.empty() ? "Kolvane" : title),
                   QString::fromStdString(text), QMessageBox::Ok, QApplication::activeWindow());
   box.exec();
@@ -50,6 +53,8 @@ void ShowPointer(int16_t pointer) {
 }
 
 }  // namespace
+
+int MessageBoxesShown() { return g_boxes_shown; }
 
 QtHost::QtHost()
     : previous_box_(SetMessageBoxHandler(ShowMessageBox)),

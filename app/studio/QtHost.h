@@ -26,6 +26,9 @@ class QtHost {
   std::shared_ptr<FormHost> previous_forms_;
 };
 
+// How many message boxes the studio has shown; a handler that showed one has spoken.
+int MessageBoxesShown();
+
 // Runs step; an error it raises is shown in a message box titled title over parent instead of
 // escaping into Qt's event loop. False after an error.
 bool RunGuarded(const std::string& title, const std::function<void()>& step);

@@ -131,7 +131,7 @@ class StudioTest : public QObject {
       TypeOver(edit, "2x3.5");  // the key filter drops the letter
       QCOMPARE(edit->text(), QString("23.5"));
       QVERIFY(Control<QPushButton>(form, "cmdOk")->isEnabled());
-      QTest::mouseClick(Control<QPushButton>(form, "cmdOk"), Qt::LeftButton);
+      QTest::keyClick(edit, Qt::Key_Return);  // Enter in the box presses OK
     });
     DoubleClick(tree, item);
     QCOMPARE(shown, QString("21.5"));
@@ -212,7 +212,7 @@ class StudioTest : public QObject {
         warning = message->windowTitle() + ": " + message->text();
         message->accept();
       });
-      QTest::mouseClick(Control<QPushButton>(form, "cmdOk"), Qt::LeftButton);
+      QTest::keyClick(edit, Qt::Key_Return);  // OK through Enter, refused once
       // Still open, the limit offered in place of the refused value.
       QVERIFY(form->isVisible());
       QCOMPARE(edit->text(), QString("30"));
