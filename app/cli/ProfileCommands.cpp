@@ -501,15 +501,9 @@ int RunShow(const ShowOptions& options, std::ostream& out, std::ostream& err) {
 
 int RunGet(const GetOptions& options, std::ostream& out, std::ostream& err) {
   Session session(options.common, err);
-  if (!session.Open()) return 1;
-  const auto profile = session.LoadProfile(options.profile);
-  if (!profile) return 1;
-  std::string error;
-  const ItemRef item = FindItem(*profile, options.item, error);
-  if (!item.object) {
-    err << "kolvane: error: " << error << '\n';
-    return 1;
-  }
+  std::shared_ptr<IProfile> profile;
+  const ItemRef item = session.LoadItem(options.profile, options.item, profile);
+  if (!item.object) return 1;
   // A number in the chosen display units; a structure as its fields show.
   std::string value = ValueOf(item);
   if (item.fields) {

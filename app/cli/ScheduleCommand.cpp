@@ -59,15 +59,10 @@ void WriteJson(const std::string& item, const std::string& type, const Schedule&
 
 int RunSchedule(const ScheduleOptions& options, std::ostream& out, std::ostream& err) {
   Session session(options.common, err);
-  if (!session.Open()) return 1;
-  const auto profile = session.LoadProfile(options.profile);
-  if (!profile) return 1;
+  std::shared_ptr<IProfile> profile;
+  const ItemRef item = session.LoadItem(options.profile, options.item, profile);
+  if (!item.object) return 1;
   std::string error;
-  const ItemRef item = FindItem(*profile, options.item, error);
-  if (!item.object) {
-    err << "kolvane: error: " << error << '\n';
-    return 1;
-  }
   const auto property = std::dynamic_pointer_cast<CConfigProperty>(item.object);
   const std::string type = item.type ? item.type->ISNVType_ID() : "";
   Schedule program;

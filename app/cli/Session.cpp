@@ -78,6 +78,15 @@ std::shared_ptr<IProfile> Session::LoadProfile(const std::string& path) {
   return profile;
 }
 
+ItemRef Session::LoadItem(const std::string& path, const std::string& name,
+                          std::shared_ptr<IProfile>& profile) {
+  if (!Open() || !(profile = LoadProfile(path))) return {};
+  std::string error;
+  ItemRef item = FindItem(*profile, name, error);
+  if (!item.object) err_ << "kolvane: error: " << error << '\n';
+  return item;
+}
+
 void WriteMessages(JsonWriter& json, const std::vector<Message>& messages) {
   json.Key("messages").BeginArray();
   for (const Message& message : messages) {

@@ -7,6 +7,7 @@
 
 #include <pugixml.hpp>
 
+#include "Items.h"
 #include "Kolvane.h"
 
 namespace kolvane::cli {
@@ -42,6 +43,9 @@ class Session {
   // Reads and loads a profile (the bundled example when path is empty); nullptr after one error
   // line when the file cannot be read.
   std::shared_ptr<IProfile> LoadProfile(const std::string& path);
+  // Open, LoadProfile, then the item named by its path (a field as "item.field"); profile keeps
+  // the loaded profile alive. An empty ItemRef after one error line when any step fails.
+  ItemRef LoadItem(const std::string& path, const std::string& name, std::shared_ptr<IProfile>& profile);
 
   const std::vector<Message>& messages() const { return messages_; }
   const std::shared_ptr<pugi::xml_document>& catalogue() const { return catalogue_; }
