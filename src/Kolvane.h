@@ -36,6 +36,7 @@
 #include "interfaces/IUtility.h"
 #include "interfaces/IXIFAndTypesGen.h"
 #include "interfaces/iState.h"
+#include "items/Findings.h"
 #include "nv/frmEditNVI.h"
 #include "nv/frmEditNVO.h"
 #include "profile/frmNewPID.h"

@@ -17,7 +17,6 @@
 #include "Values.h"
 #include "conversion/SNVTDataConversion.h"
 #include "conversion/ValueCodec.h"
-#include "cp/CConfigProperty.h"
 #include "host/CXifGenerator.h"
 #include "items/ItemCore.h"
 #include "foundation/Error.h"
@@ -25,7 +24,6 @@
 #include "foundation/Text.h"
 #include "types/CSNVTType.h"
 #include "types/SnvtCatalogue.h"
-#include "types/StructureDepth.h"
 
 namespace kolvane::cli {
 
@@ -121,175 +119,6 @@ void WriteCounts(JsonWriter& json, const Counts& counts) {
       .EndObject();
 }
 
-// One finding of "check".
-struct Finding {
-  const char* code;  // stable, for scripts: see README
-  bool error;
-  std::string item;
-  std::string text;
-};
-
-// What a walk of a structure type's fields finds: the first type met again on its own path, and
-// the number of fields the type expands to (a type on the path counts none). Types walked once
-// are remembered, so a catalogue whose types multiply is walked in linear time.
-struct StructureWalk {
-  std::vector<std::string> path;
-  std::map<std::string, int64_t> sizes;
-  std::string loop;
-};
-
-int64_t WalkStructure(const std::string& id, StructureWalk& walk) {
-  if (std::find(walk.path.begin(), walk.path.end(), id) != walk.path.end()) {
-    if (walk.loop.empty()) walk.loop = id;
-    return 0;
-  }
-  if (const auto known = walk.sizes.find(id); known != walk.sizes.end()) return known->second;
-  if (static_cast<int>(walk.path.size()) > kMaxStructureDepth) return 0;
-  walk.path.push_back(id);
-  int64_t size = 0;
-  for (pugi::xml_node field : internal::FindSnvtChild(id, "Fields").children()) {
-    if (field.type() != pugi::node_element) continue;
-    const std::string type = field.first_child().value();
-    size += 1 + (ParseTypeKind(internal::SnvtChildText(type, "TYPE")) == TypeKind::kStruct
-                     ? WalkStructure(type, walk)
-                     : 0);
-    size = std::min<int64_t>(size, int64_t{kMaxStructureFields} + 1);
-  }
-  walk.path.pop_back();
-  walk.sizes.emplace(id, size);
-  return size;
-}
-
-// A number text with "," or "." as decimal point, as the documents and users write it; error 13
-// when it is none.
-double ReadNumber(std::string text) {
-  if (const size_t comma = text.find(','); comma != std::string::npos) text[comma] = '.';
-  return ParseNumber(text);
-}
-
-// A finding for an enumeration value that names none of its type's states (by name, by number
-// or as the enumeration dialog writes it, "(1,ON)").
-void CheckState(const ItemRef& item, std::vector<Finding>& findings) {
-  const std::string value = ValueOf(item);
-  if (value.empty() || value == "Invalid") return;
-  std::istringstream entries(item.type->ISNVType_EnumDesc());
-  for (std::string entry; std::getline(entries, entry, ';');) {
-    const size_t comma = entry.find(',');
-    if (comma == std::string::npos) continue;
-    if (value == entry.substr(0, comma) || value == entry.substr(comma + 1) ||
-        value == "(" + entry + ")") {
-      return;
-    }
-  }
-  findings.push_back(
-      {"value-unknown-state", true, item.path,
-       "value " + value + " is no state of SNVT_" + item.type->ISNVType_ID()});
-}
-
-// A finding for a number value outside the catalogue limits of its type.
-void CheckRange(const ItemRef& item, std::vector<Finding>& findings) {
-  if (!item.type) return;
-  if (KindOf(*item.type) == TypeKind::kEnum) {
-    CheckState(item, findings);
-    return;
-  }
-  if (!IsNumeric(KindOf(*item.type))) return;
-  const std::string value = ValueOf(item);
-  if (value.empty() || value == "Invalid") return;
-  // The limits of the item's own type object: a property's bounds are there.
-  const std::string minimum = item.type->ISNVType_Min();
-  const std::string maximum = item.type->ISNVType_Max();
-  try {
-    const double number = ReadNumber(value);
-    if (!minimum.empty() && number < ParseNumber(minimum)) {
-      findings.push_back({"value-below-minimum", true, item.path,
-                          "value " + Shown(item, value) + " is below the minimum " +
-                              Shown(item, minimum)});
-    } else if (!maximum.empty() && number > ParseNumber(maximum)) {
-      findings.push_back({"value-above-maximum", true, item.path,
-                          "value " + Shown(item, value) + " is above the maximum " +
-                              Shown(item, maximum)});
-    }
-  } catch (const Error&) {
-    findings.push_back({"value-not-a-number", true, item.path, "value \"" + value + "\" is not a number"});
-  }
-}
-
-// Findings for a value whose bytes are not what it says: no raw form of the type's length (a
-// leaf's own, or a structure's when its fields together have none), or "Invalid" written as a
-// pattern a device reads as a valid value.
-void CheckRawForm(const ItemRef& item, std::vector<Finding>& findings) {
-  const std::string value = ValueOf(item);
-  if (!item.fields && value.empty()) return;
-  if (!item.fields && value == "Invalid") {
-    if (const std::string note = InvalidPatternNote(*item.type); !note.empty()) {
-      findings.push_back({"invalid-pattern", false, item.path, note});
-    }
-  }
-  const RawBytes bytes = CheckedRawBytes(item.object);
-  if (!bytes.problem.empty()) {
-    findings.push_back({"raw-unrepresentable", true, item.path,
-                        "value " + value + " has no raw form: " + bytes.problem});
-    return;
-  }
-  // A structure's length as the catalogue gives it: an item's own type may sum its fields.
-  size_t length = static_cast<size_t>(item.type->ISNVType_Length());
-  if (item.fields) {
-    try {
-      length = static_cast<size_t>(
-          ParseNumber(internal::SnvtChildText(TypeName(item), "LENGTH")));
-    } catch (const Error&) {
-      return;  // no length to hold the fields to
-    }
-  }
-  if (!bytes.raw.empty() && bytes.raw.size() != 2 * length) {
-    findings.push_back({"raw-unrepresentable", true, item.path,
-                        "the fields give " + std::to_string(bytes.raw.size() / 2) + " of the " +
-                            std::to_string(length) + " bytes of SNVT_" + TypeName(item)});
-  }
-}
-
-void CheckLimits(const ItemRef& item, std::vector<Finding>& findings);
-
-void CheckItem(const ItemRef& item, std::vector<Finding>& findings) {
-  const size_t before = findings.size();
-  const std::string id = TypeName(item);
-  if (!item.type || item.type->ISNVType_GenType().empty()) {
-    if (id.empty()) {
-      findings.push_back({"type-missing", true, item.path, "no type given"});
-    } else {
-      findings.push_back(
-          {"type-unknown", true, item.path, "type SNVT_" + id + " is not in the catalogue"});
-    }
-    return;
-  }
-  if (item.type->ISNVType_LUIType().empty()) {
-    findings.push_back({"type-bad-kind", true, item.path, "type SNVT_" + id + " has a bad kind \"" +
-                                             item.type->ISNVType_GenType() + "\""});
-    return;
-  }
-  if (item.kind != "field" && KindOf(*item.type) == TypeKind::kStruct) {
-    StructureWalk walk;
-    const int64_t size = WalkStructure(id, walk);
-    if (!walk.loop.empty()) {
-      findings.push_back({"structure-loop", true, item.path,
-                          "structure SNVT_" + walk.loop + " contains itself"});
-    }
-    if (size > kMaxStructureFields) {
-      findings.push_back({"structure-too-large", true, item.path,
-                          "structure SNVT_" + id + " has more than " +
-                              std::to_string(kMaxStructureFields) + " fields"});
-    }
-  }
-  CheckRange(item, findings);
-  CheckLimits(item, findings);
-  for (const ItemRef& field : FieldsOf(item)) CheckItem(field, findings);
-  // Leaves, and whole items whose parts gave no finding.
-  if (findings.size() == before && (!item.fields || item.kind != "field")) {
-    CheckRawForm(item, findings);
-  }
-}
-
 // The texts a profile's properties hold other than their documents wrote them: the loader makes
 // the first "," of a text without "." the decimal separator ("Hall 2,5 m" becomes "Hall 2.5 m").
 std::vector<std::pair<std::string, std::pair<std::string, std::string>>> ChangedTexts(
@@ -366,36 +195,6 @@ void CheckDocument(const IProfile& loaded, const pugi::xml_document& document,
                               (fields ? "no field of SNVT_" + type : "no element a property has") +
                               "; it is not read"});
     }
-  }
-}
-
-// Findings of an item's own limits: a minimum above its maximum, limits beyond its type's range.
-void CheckLimits(const ItemRef& item, std::vector<Finding>& findings) {
-  if (!IsNumber(item)) return;
-  const auto number = [](const std::string& text) -> std::optional<double> {
-    if (text.empty()) return std::nullopt;
-    try {
-      return ReadNumber(text);
-    } catch (const Error&) {
-      return std::nullopt;
-    }
-  };
-  const auto low = number(item.type->ISNVType_Min());
-  const auto high = number(item.type->ISNVType_Max());
-  if (low && high && *low > *high) {
-    findings.push_back({"limits-reversed", true, item.path,
-                        "minimum " + Shown(item, item.type->ISNVType_Min()) + " is above maximum " +
-                            Shown(item, item.type->ISNVType_Max())});
-  }
-  const std::string id = TypeName(item);
-  const auto type_low = number(internal::SnvtChildText(id, "MIN"));
-  const auto type_high = number(internal::SnvtChildText(id, "MAX"));
-  if ((low && type_low && *low < *type_low) || (high && type_high && *high > *type_high)) {
-    findings.push_back({"limits-outside-type", false, item.path,
-                        "limits " + Shown(item, item.type->ISNVType_Min()) + " .. " +
-                            Shown(item, item.type->ISNVType_Max()) + " reach beyond SNVT_" + id +
-                            "'s " + Shown(item, internal::SnvtChildText(id, "MIN")) + " .. " +
-                            Shown(item, internal::SnvtChildText(id, "MAX"))});
   }
 }
 
@@ -739,13 +538,7 @@ int RunCheck(const CheckOptions& options, std::ostream& out, std::ostream& err) 
   std::map<std::string, int> names;
   for (const ItemRef& item : TopItems(*profile)) {
     if (++names[item.path] == 2) findings.push_back({"name-duplicate", true, item.path, "name used twice"});
-    const auto property = std::dynamic_pointer_cast<CConfigProperty>(item.object);
-    if (property && property->DefaultWarning()) {
-      findings.push_back({"default-assumed", false, item.path,
-                          "Default value not defined into the XML file of the profile; " +
-                              property->IConfigProperty_DefaultValue() + " assumed."});
-    }
-    CheckItem(item, findings);
+    for (Finding& finding : CheckItem(item.object, item.path)) findings.push_back(std::move(finding));
     const auto nv = std::dynamic_pointer_cast<INetworkVariable>(item.object);
     if (nv && nv->INetworkVariable_Direction() == internal::kOutput) {
       const auto compatibles = nv->INetworkVariable_SNVTCompatibles();
@@ -772,7 +565,7 @@ int RunCheck(const CheckOptions& options, std::ostream& out, std::ostream& err) 
       json.BeginObject()
           .Member("code", finding.code)
           .Member("severity", finding.error ? "error" : "warning")
-          .Member("path", finding.item)
+          .Member("path", finding.path)
           .Member("text", finding.text)
           .EndObject();
     }
@@ -780,9 +573,7 @@ int RunCheck(const CheckOptions& options, std::ostream& out, std::ostream& err) 
   } else {
     for (const Finding& finding : findings) {
       if (!finding.error && options.common.quiet) continue;
-      out << Bounded(std::string(finding.error ? "error: " : "warning: ") + finding.item + ": " +
-                     finding.text + " [" + finding.code + "]")
-          << '\n';
+      out << Bounded(app::FindingLine(finding)) << '\n';
     }
     if (findings.empty()) out << "no findings\n";
   }

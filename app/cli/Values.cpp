@@ -211,24 +211,4 @@ bool ParseTypedValue(const ItemRef& item, const std::string& typed, std::string&
   return true;
 }
 
-std::string InvalidPatternNote(const ISNVType& type) {
-  const std::string pattern = SNVTDataConversion::InvalidPattern(KindOf(type), type.ISNVType_Length());
-  if (pattern.empty()) return "";
-  const std::string name = "SNVT_" + type.ISNVType_ID();
-  const std::string invalid = type.ISNVType_InvalidValue();
-  if (invalid.empty()) {
-    return "\"Invalid\" is written as " + pattern + ", but " + name +
-           " has no invalid value: a device reads it as a valid value";
-  }
-  std::string expected;
-  try {
-    expected = SNVTDataConversion::CheckedValueToRaw(invalid, type);
-  } catch (const Error& error) {
-    return name + "'s invalid value " + invalid + " has no raw form: " + error.detail();
-  }
-  if (expected == pattern) return "";
-  return "\"Invalid\" is written as " + pattern + ", but " + name + "'s invalid value " +
-         invalid + " is " + expected + ": a device reads " + pattern + " as a valid value";
-}
-
 }  // namespace kolvane::cli

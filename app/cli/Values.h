@@ -17,9 +17,4 @@ bool ParseTypedValue(const ItemRef& item, const std::string& typed, std::string&
 
 using app::ExportedValueOf;
 
-// Why "Invalid" of a type is written as bytes a device reads as a valid value: the type has no
-// invalid value, or its invalid value's bytes are not the fixed pattern the library writes; empty
-// when neither.
-std::string InvalidPatternNote(const ISNVType& type);
-
 }  // namespace kolvane::cli

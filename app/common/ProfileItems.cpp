@@ -101,6 +101,11 @@ std::string LeafDefaultOf(const ItemRef& item) {
   return "";
 }
 
+std::string FindingLine(const Finding& finding) {
+  return (finding.error ? "error: " : "warning: ") + finding.path + ": " + finding.text + " [" +
+         finding.code + "]";
+}
+
 bool IsNumberType(const ISNVType* type) {
   if (!type) return false;
   const std::string kind = type->ISNVType_GenType();

@@ -46,6 +46,9 @@ void SetValueOf(const ItemRef& item, const std::string& value);
 std::string LeafValueOf(const ItemRef& item);
 std::string LeafDefaultOf(const ItemRef& item);
 
+// A finding as check reports it: "error: nciRoom.fan: value 7 is no state of SNVT_x [code]".
+std::string FindingLine(const Finding& finding);
+
 // Whether a type is of a number kind (signed, unsigned or float).
 bool IsNumberType(const ISNVType* type);
 

@@ -715,7 +715,7 @@ class StudioTest : public QObject {
              qPrintable(text));
 
     // Opened again, the profile has both; taking the option back marks it changed again.
-    QVERIFY(window_->Open({path.toStdString()}));
+    QVERIFY(window_->Open({path.toStdString(), "", ""}));
     QVERIFY(!window_->isWindowModified());
     QCOMPARE(QString::fromStdString(window_->ProgramId()), QString("9FFFFF0A00000002"));
     QVERIFY(Save(true).contains(R"(Permanent="1" SendOnDelta="0.5")"));
