@@ -1,6 +1,7 @@
 #include "MainWindow.h"
 
 #include <cstdint>
+#include <map>
 #include <sstream>
 
 #include <QAction>
@@ -22,6 +23,7 @@
 #include <QPlainTextEdit>
 #include <QSettings>
 #include <QSplitter>
+#include <QStyle>
 #include <QStatusBar>
 #include <QTreeWidget>
 #include <QVBoxLayout>
@@ -536,6 +538,19 @@ const MainWindow::Row* MainWindow::RowOf(QTreeWidgetItem* widget) const {
 }
 
 void MainWindow::RefreshRows() {
+  // What check finds in each item and field, marked on its row.
+  std::map<std::string, std::vector<Finding>> findings;
+  {
+    CollectedMessages quiet;
+    for (const Row& row : rows_) {
+      if (row.item.object != row.top.object) continue;
+      RunGuarded("Check", [&] {
+        for (Finding& finding : CheckItem(row.top.object, row.top.path)) {
+          findings[finding.path].push_back(std::move(finding));
+        }
+      });
+    }
+  }
   for (const Row& row : rows_) {
     const std::vector<std::string> texts = app::DisplayOf(row.item);
     QTreeWidgetItem* widget = row.widget;
@@ -549,6 +564,19 @@ void MainWindow::RefreshRows() {
     const RawBytes bytes = app::RawBytesOf(row.item);
     widget->setText(kRaw, QString::fromStdString(app::RawColumnOf(row.item)));
     widget->setToolTip(kRaw, QString::fromStdString(bytes.problem));
+    QStringList lines;
+    bool error = false;
+    if (const auto found = findings.find(row.item.path); found != findings.end()) {
+      for (const Finding& finding : found->second) {
+        lines << QString::fromStdString(app::FindingLine(finding));
+        error = error || finding.error;
+      }
+    }
+    widget->setIcon(kName, lines.isEmpty() ? QIcon()
+                                           : style()->standardIcon(error ? QStyle::SP_MessageBoxCritical
+                                                                         : QStyle::SP_MessageBoxWarning));
+    widget->setToolTip(kName, lines.join('\n'));
+    widget->setToolTip(kValue, lines.join('\n'));
   }
 }
 

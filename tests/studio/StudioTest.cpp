@@ -458,6 +458,38 @@ class StudioTest : public QObject {
              QString("FFFFFFFE"));
   }
 
+  // Rows carry what check finds in them, as check words it, and lose the mark once mended.
+  void PanesMarkFindings() {
+    kolvane::studio::ProfileFiles files;
+    files.profile = KOLVANE_SOURCE_DIR "/tests/data/profile-findings.xml";
+    QVERIFY(window_->Open(files));
+    QTreeWidgetItem* setpoint = Find(window_->PropertiesTree(), "nciSetpoint");
+    QVERIFY(setpoint);
+    QCOMPARE(setpoint->toolTip(MainWindow::kName),
+             QString("error: nciSetpoint: value 400 °C is above the maximum 327.66 °C "
+                     "[value-above-maximum]"));
+    QVERIFY(!setpoint->icon(MainWindow::kName).isNull());
+    QCOMPARE(Find(window_->VariablesTree(), "nviKelvin")->toolTip(MainWindow::kName),
+             QString("error: nviKelvin: type SNVT_temp_kelvin is not in the catalogue [type-unknown]"));
+    // A warning and an error of one item are both listed.
+    const QString count = Find(window_->PropertiesTree(), "nciCount")->toolTip(MainWindow::kValue);
+    QVERIFY2(count.startsWith("warning: nciCount: \"Invalid\" is written as FFFF") &&
+                 count.contains("\nerror: nciCount: value Invalid has no raw form"),
+             qPrintable(count));
+    QTreeWidgetItem* bypass = Find(window_->PropertiesTree(), "nciBypass");
+    QVERIFY(bypass->toolTip(MainWindow::kName).isEmpty());
+    QVERIFY(bypass->icon(MainWindow::kName).isNull());
+
+    OnNextModal([](QWidget* form) {
+      TypeOver(Control<QLineEdit>(form, "txtNewCPValue"), "20");
+      QTest::mouseClick(Control<QPushButton>(form, "cmdOk"), Qt::LeftButton);
+    });
+    DoubleClick(window_->PropertiesTree(), setpoint);
+    QCOMPARE(setpoint->text(MainWindow::kValue), QString("20 °C"));
+    QVERIFY(setpoint->toolTip(MainWindow::kName).isEmpty());
+    QVERIFY(setpoint->icon(MainWindow::kName).isNull());
+  }
+
   // A real device's interface file opens as a profile: its properties hold the file's values.
   void ImportDeviceInterfaceOpensARealDevice() {
     kolvane::studio::ProfileFiles files;
