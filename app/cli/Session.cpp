@@ -2,7 +2,7 @@
 
 #include <unistd.h>
 
-#include "DeviceFiles.h"
+#include "Profiles.h"
 #include "Documents.h"
 #include "Json.h"
 
@@ -55,27 +55,16 @@ bool Session::Open() {
 
 std::shared_ptr<IProfile> Session::LoadProfile(const std::string& path) {
   profile_path_ = DocumentPath(path, "profile.xml");
-  if (app::IsDeviceFile(path)) {
-    // A device interface file is read as the profile it makes.
-    std::string error;
-    auto imported = app::ImportDeviceFile(path, catalogue_, error);
-    if (!imported) {
-      err_ << "kolvane: error: " << error << '\n';
-      return nullptr;
-    }
-    profile_document_ = imported->document;
-    import_notes_ = imported->notes;
-  } else {
-    profile_document_ = ReadDocument(path, "profile.xml", "Profile", err_);
+  std::string error;
+  auto loaded = app::LoadProfileFile(path, catalogue_, nvo_table_, error);
+  if (!loaded) {
+    err_ << "kolvane: error: " << error << '\n';
+    profile_document_.reset();
+    return nullptr;
   }
-  if (!profile_document_) return nullptr;
-  // Types the profile carries join the catalogue.
-  const auto catalogue = xif::CatalogueWithCarriedTypes(catalogue_, *profile_document_);
-  auto profile = CreateProfile();
-  profile->Iprofile_SetXmlDomDocs(catalogue, nvo_table_);
-  std::string name;
-  profile->IProfile_FriendSet(profile_document_, name, nullptr, catalogue, nvo_table_, "");
-  return profile;
+  profile_document_ = loaded->document;
+  import_notes_ = loaded->notes;
+  return loaded->profile;
 }
 
 ItemRef Session::LoadItem(const std::string& path, const std::string& name,

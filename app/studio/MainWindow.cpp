@@ -31,6 +31,7 @@
 #include "DeviceFiles.h"
 #include "Export.h"
 #include "Files.h"
+#include "Profiles.h"
 #include "QtFormHost.h"
 #include "QtHost.h"
 
@@ -307,42 +308,31 @@ bool MainWindow::Open(const ProfileFiles& files) {
   auto catalogue = app::ReadDocument(files.catalogue, "snvts.xml", "SNVTS", error);
   auto nvo_table =
       catalogue ? app::ReadDocument(files.nvo_table, "nvotable.xml", "NVOTable", error) : nullptr;
-  std::shared_ptr<pugi::xml_document> document;
-  std::vector<std::string> notes;
-  if (nvo_table && app::IsDeviceFile(files.profile)) {
-    // A device interface file opens as the profile it makes.
-    if (auto imported = app::ImportDeviceFile(files.profile, catalogue, error)) {
-      document = imported->document;
-      notes = imported->notes;
-    }
-  } else if (nvo_table) {
-    document = app::ReadDocument(files.profile, "profile.xml", "Profile", error);
-  }
-  if (!document) {
+  if (!nvo_table) {
     QMessageBox::critical(this, "Open Profile", QString::fromStdString(error));
     return false;
   }
-  // Types the profile carries join the catalogue.
-  catalogue = xif::CatalogueWithCarriedTypes(catalogue, *document);
-  auto profile = CreateProfile();
-  std::string name;
+  std::optional<app::LoadedProfile> loaded;
   std::vector<std::string> messages;
   {
     CollectedMessages collected;
-    const bool loaded = RunGuarded("Open Profile", [&] {
-      profile->Iprofile_SetXmlDomDocs(catalogue, nvo_table);
-      profile->IProfile_FriendSet(document, name, nullptr, catalogue, nvo_table, "");
+    const bool ran = RunGuarded("Open Profile", [&] {
+      loaded = app::LoadProfileFile(files.profile, catalogue, nvo_table, error);
     });
-    if (!loaded) return false;
+    if (!ran) return false;
     messages = collected.lines();
   }
-  for (const std::string& note : notes) messages.push_back("Device interface: " + note);
+  if (!loaded) {
+    QMessageBox::critical(this, "Open Profile", QString::fromStdString(error));
+    return false;
+  }
+  for (const std::string& note : loaded->notes) messages.push_back("Device interface: " + note);
   if (profile_) profile_->IProfile_ClearParent();
   files_ = files;
-  catalogue_ = std::move(catalogue);
+  catalogue_ = loaded->catalogue;
   nvo_table_ = std::move(nvo_table);
-  document_ = std::move(document);
-  profile_ = std::move(profile);
+  document_ = loaded->document;
+  profile_ = loaded->profile;
   program_id_ = saved_program_id_ = document_->child("Profile").child("ProgramID").text().get();
   {
     CollectedMessages quiet;
