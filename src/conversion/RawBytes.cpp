@@ -1,7 +1,9 @@
 #include "conversion/RawBytes.h"
 
 #include "foundation/Error.h"
+#include "conversion/SNVTDataConversion.h"
 #include "items/ItemCore.h"
+#include "types/CSNVTType.h"
 
 namespace kolvane {
 
@@ -14,5 +16,15 @@ RawBytes CheckedRawBytes(const std::shared_ptr<IUnknown>& item) {
     return {"", error.detail()};
   }
 }
+
+RawBytes CheckedRawBytes(const std::string& value, const ISNVType& type) {
+  try {
+    return {SNVTDataConversion::CheckedValueToRaw(value, type), ""};
+  } catch (const Error& error) {
+    return {"", error.detail()};
+  }
+}
+
+std::shared_ptr<ISNVType> CatalogueType(const std::string& id) { return CSNVTType::Shared(id); }
 
 }  // namespace kolvane
