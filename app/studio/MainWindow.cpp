@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <map>
 #include <sstream>
+#include <thread>
 
 #include <QAction>
 #include <QClipboard>
@@ -11,11 +12,14 @@
 #include <QActionGroup>
 #include <QApplication>
 #include <QCloseEvent>
+#include <QDialog>
+#include <QDialogButtonBox>
 #include <QDockWidget>
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QGroupBox>
 #include <QHeaderView>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QListWidget>
 #include <QMenuBar>
@@ -75,9 +79,9 @@ MainWindow::MainWindow() {
     filter_->setFocus();
     filter_->selectAll();
   });
-  // Escape in the filter clears it.
-  auto* clear = new QShortcut(QKeySequence(Qt::Key_Escape), filter_, nullptr, nullptr, Qt::WidgetShortcut);
-  connect(clear, &QShortcut::activated, filter_, &QLineEdit::clear);
+  // Escape in the filter clears it (a key handler, not a shortcut: a shortcut would take
+  // Escape from a dialog whose window the platform has not activated yet).
+  filter_->installEventFilter(this);
   auto* copy = new QShortcut(QKeySequence::Copy, this);
   connect(copy, &QShortcut::activated, this, [this] {
     if (const QString text = SelectedRowsText(); !text.isEmpty()) QApplication::clipboard()->setText(text);
@@ -134,6 +138,15 @@ MainWindow::MainWindow() {
   RefreshTitle();
 }
 
+bool MainWindow::eventFilter(QObject* watched, QEvent* event) {
+  if (watched == filter_ && event->type() == QEvent::KeyPress &&
+      static_cast<QKeyEvent*>(event)->key() == Qt::Key_Escape && !filter_->text().isEmpty()) {
+    filter_->clear();
+    return true;
+  }
+  return QMainWindow::eventFilter(watched, event);
+}
+
 MainWindow::~MainWindow() {
   if (profile_) profile_->IProfile_ClearParent();
 }
@@ -146,6 +159,11 @@ void MainWindow::BuildMenus() {
   file->addAction("&Apply Values...", this, [this] {
     const QString path = QFileDialog::getOpenFileName(this, "Apply Values", {}, "XML (*.xml)");
     if (!path.isEmpty()) ApplyValues(path.toStdString());
+  });
+  file->addAction("Co&mpare With...", this, [this] {
+    const QString path = QFileDialog::getOpenFileName(
+        this, "Compare With", {}, "Profiles and values (*.xml *.xif *.XIF);;All files (*)");
+    if (!path.isEmpty()) CompareWith(path.toStdString());
   });
   file->addAction("Type &Catalogue...", this,
                   [this] { AskOpen(&ProfileFiles::catalogue, "Type Catalogue"); });
@@ -293,6 +311,7 @@ void MainWindow::ChooseUnits(UnitSystem system) {
       system = UnitSystem::kSI;
     }
     SetUnitTable(table);
+    units_table_ = table;
   }
   SetUnitSystem(system);
   QSettings().setValue("units", system == UnitSystem::kUSCustomary ? "us" : "si");
@@ -361,6 +380,133 @@ void MainWindow::ReportLoad(const std::vector<std::string>& messages) {
                                .arg(profile_->IProfile_NVs()->INetworkVariables_Count())
                                .arg(profile_->IProfile_CPs()->IConfigProperties_Count())
                                .arg(messages.size()));
+}
+
+std::optional<std::vector<std::vector<std::string>>> MainWindow::RowsOfProfileFile(
+    const std::string& path, std::vector<std::string>& messages, std::string& error) {
+  std::optional<std::vector<std::vector<std::string>>> rows;
+  const UnitSystem units = CurrentUnitSystem();
+  // The library keeps a loaded profile's documents, types and units per thread. The window's
+  // thread waits meanwhile, so the host's handlers are swapped for ones a thread may call.
+  CollectedMessages collected;
+  const YieldHandler yield = SetYieldHandler({});
+  const PointerHandler pointer = SetPointerHandler({});
+  std::thread worker([&] {
+    try {
+      SetUnitTable(units_table_);
+      SetUnitSystem(units);
+      // The catalogue as read, without the types the open profile carries.
+      const auto catalogue = app::ReadDocument(files_.catalogue, "snvts.xml", "SNVTS", error);
+      if (!catalogue) return;
+      if (const auto loaded = app::LoadProfileFile(path, catalogue, nvo_table_, error)) {
+        rows = app::ExportRows(*loaded->profile);
+      }
+    } catch (const Error& failure) {
+      error = path + ": Error " + std::to_string(failure.number()) + ": " + failure.what();
+    } catch (const std::exception& failure) {
+      error = path + ": " + failure.what();
+    }
+  });
+  worker.join();
+  SetYieldHandler(yield);
+  SetPointerHandler(pointer);
+  messages = collected.lines();
+  return rows;
+}
+
+bool MainWindow::CompareWith(const std::string& path) {
+  if (!profile_) return false;
+  std::string error;
+  const auto file = app::ReadComparedFile(path, error);
+  std::vector<app::Difference> differences;
+  std::vector<std::string> messages;
+  if (file && file->kind == app::DocumentKind::kValues) {
+    // The profile's values in the file's form: the interoperability form keys its points.
+    const bool interoperability = file->document->select_node("//ApPoint[@ItemKey]");
+    CollectedMessages collected;
+    RunGuarded("Compare", [&] {
+      pugi::xml_document own;
+      own.load_string(app::ValuesDocumentText(*profile_, interoperability).c_str());
+      differences = app::CompareRows(app::ValuesRows(own), app::ValuesRows(*file->document));
+    });
+    messages = collected.lines();
+  } else if (file) {
+    const auto rows = RowsOfProfileFile(path, messages, error);
+    if (!rows) {
+      QMessageBox::critical(this, "Compare", QString::fromStdString(error));
+      return false;
+    }
+    differences = app::CompareRows(app::ExportRows(*profile_), *rows);
+  } else {
+    QMessageBox::critical(this, "Compare", QString::fromStdString(error));
+    return false;
+  }
+  messages_->appendPlainText(QString("Compared with %1: %2 differences")
+                                 .arg(QString::fromStdString(path))
+                                 .arg(differences.size()));
+  for (const std::string& line : messages) {
+    messages_->appendPlainText(QString::fromStdString("  " + line));
+  }
+  ShowDifferences(path, differences);
+  return true;
+}
+
+void MainWindow::ShowDifferences(const std::string& path,
+                                 const std::vector<app::Difference>& differences) {
+  QDialog dialog(this);
+  dialog.setWindowTitle("Compare");
+  auto* layout = new QVBoxLayout(&dialog);
+  const QString file = QFileInfo(QString::fromStdString(path)).fileName();
+  auto* summary = new QLabel(differences.empty()
+                                 ? QString("The profile and %1 hold the same.").arg(file)
+                                 : QString("%1 differences between the profile (first) and %2 "
+                                           "(second). Enter or a double click goes to the item.")
+                                       .arg(differences.size())
+                                       .arg(file));
+  summary->setObjectName("summary");
+  summary->setWordWrap(true);
+  layout->addWidget(summary);
+  auto* list = new QTreeWidget;
+  list->setObjectName("differences");
+  list->setRootIsDecorated(false);
+  list->setHeaderLabels({"Item", "What", "First", "Second"});
+  for (const app::Difference& difference : differences) {
+    auto* row = new QTreeWidgetItem(list);
+    row->setText(0, QString::fromStdString(difference.path));
+    row->setText(1, QString::fromStdString(difference.what));
+    row->setText(2, QString::fromStdString(difference.first));
+    row->setText(3, QString::fromStdString(difference.second));
+    row->setToolTip(0, QString::fromStdString(app::DifferenceLine(difference)));
+  }
+  for (int column = 0; column < list->columnCount(); ++column) list->resizeColumnToContents(column);
+  list->setVisible(!differences.empty());
+  layout->addWidget(list);
+  auto* buttons = new QDialogButtonBox(QDialogButtonBox::Close);
+  connect(buttons, &QDialogButtonBox::rejected, &dialog, &QDialog::reject);
+  layout->addWidget(buttons);
+  std::string chosen;
+  connect(list, &QTreeWidget::itemActivated, &dialog, [&](QTreeWidgetItem* row) {
+    chosen = row->text(0).toStdString();
+    dialog.accept();
+  });
+  if (!differences.empty()) {
+    list->setCurrentItem(list->topLevelItem(0));
+    list->setFocus();
+  }
+  dialog.resize(760, 420);
+  if (dialog.exec() == QDialog::Accepted && !chosen.empty()) GoToItem(chosen);
+}
+
+void MainWindow::GoToItem(const std::string& path) {
+  for (const Row& row : rows_) {
+    if (row.item.path != path) continue;
+    if (row.widget->isHidden()) filter_->clear();
+    QTreeWidget* tree = row.widget->treeWidget();
+    tree->setCurrentItem(row.widget);
+    tree->scrollToItem(row.widget);
+    tree->setFocus();
+    return;
+  }
 }
 
 bool MainWindow::SaveValues(const std::string& path, bool interoperability) {

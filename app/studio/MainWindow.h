@@ -3,10 +3,12 @@
 #include <QMainWindow>
 #include <QMenu>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
 #include "Kolvane.h"
+#include "Compare.h"
 #include "ProfileItems.h"
 
 class QLabel;
@@ -49,6 +51,10 @@ class MainWindow final : public QMainWindow {
   // Writes the profile's device interface file through the generator; what it wrote, or why it
   // wrote nothing, goes to the Messages pane. False when it wrote nothing.
   bool GenerateDeviceInterface(const std::string& path);
+  // Compares the profile as it is now with a profile, device interface file or values document
+  // at path, as the command line's diff does, and lists the differences in a dialog; activating
+  // one selects its item. False, with a message box, when the file cannot be compared.
+  bool CompareWith(const std::string& path);
   // Sets the values a values document holds (File, Apply Values); the records naming items the
   // profile lacks go to the Messages pane. False when the file is no values document.
   bool ApplyValues(const std::string& path);
@@ -85,6 +91,7 @@ class MainWindow final : public QMainWindow {
 
  protected:
   void closeEvent(QCloseEvent* event) override;
+  bool eventFilter(QObject* watched, QEvent* event) override;
 
  private:
   struct Row {
@@ -122,10 +129,18 @@ class MainWindow final : public QMainWindow {
   // Value and raw texts of every row as shown.
   QStringList ShownValues() const;
   void ReportLoad(const std::vector<std::string>& messages);
+  // The export rows of the profile file at path, loaded on a thread of its own so that the
+  // library's state of the open profile stays; nothing, with why in error, when it fails.
+  std::optional<std::vector<std::vector<std::string>>> RowsOfProfileFile(
+      const std::string& path, std::vector<std::string>& messages, std::string& error);
+  void ShowDifferences(const std::string& path, const std::vector<app::Difference>& differences);
+  // Makes the row of the item at path current in its pane, clearing a filter that hides it.
+  void GoToItem(const std::string& path);
 
   ProfileFiles files_;
   std::shared_ptr<pugi::xml_document> catalogue_;
   std::shared_ptr<pugi::xml_document> nvo_table_;
+  std::shared_ptr<pugi::xml_document> units_table_;  // read when US units were chosen
   std::shared_ptr<pugi::xml_document> document_;
   std::shared_ptr<IProfile> profile_;
   std::string program_id_;

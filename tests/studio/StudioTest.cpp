@@ -490,6 +490,81 @@ class StudioTest : public QObject {
     QVERIFY(setpoint->icon(MainWindow::kName).isNull());
   }
 
+  // File, Compare With: the values saved before an edit differ from the profile in that value
+  // only, and Enter on the difference goes to its item, a filter that hid it cleared.
+  void CompareWithValuesSavedBeforeAnEdit() {
+    QTemporaryDir folder;
+    const std::string saved = folder.filePath("before.xml").toStdString();
+    QVERIFY(window_->SaveValues(saved, true));
+    QTreeWidgetItem* setpoint = Find(window_->PropertiesTree(), "nciSetpoint");
+    OnNextModal([](QWidget* form) {
+      TypeOver(Control<QLineEdit>(form, "txtNewCPValue"), "23");
+      QTest::mouseClick(Control<QPushButton>(form, "cmdOk"), Qt::LeftButton);
+    });
+    DoubleClick(window_->PropertiesTree(), setpoint);
+    window_->findChild<QLineEdit*>("filter")->setText("nvo");
+    QVERIFY(setpoint->isHidden());
+
+    QStringList rows;
+    OnNextModal([&](QWidget* form) {
+      auto* list = Control<QTreeWidget>(form, "differences");
+      for (int i = 0; i < list->topLevelItemCount(); ++i) {
+        QStringList texts;
+        for (int c = 0; c < 4; ++c) texts << list->topLevelItem(i)->text(c);
+        rows << texts.join('|');
+      }
+      QTest::keyClick(list, Qt::Key_Return);
+    });
+    QVERIFY(window_->CompareWith(saved));
+    QCOMPARE(rows, QStringList{"nciSetpoint|value|23 °C|21.5 °C"});
+    QVERIFY(!setpoint->isHidden());
+    QCOMPARE(window_->PropertiesTree()->currentItem(), setpoint);
+
+    // Compared with what it holds now, in the stored form, the profile differs in nothing.
+    QVERIFY(window_->SaveValues(saved, false));
+    QString summary;
+    OnNextModal([&](QWidget* form) {
+      summary = Control<QLabel>(form, "summary")->text();
+      QVERIFY(!Control<QTreeWidget>(form, "differences")->isVisible());
+      QTest::keyClick(form, Qt::Key_Escape);
+    });
+    QVERIFY(window_->CompareWith(saved));
+    QCOMPARE(summary, QString("The profile and before.xml hold the same."));
+  }
+
+  // A device interface file compares as its profile, loaded beside the open one: the open
+  // profile still generates its own device interface afterwards.
+  void CompareWithADeviceLeavesTheOpenProfile() {
+    QStringList rows;
+    OnNextModal([&](QWidget* form) {
+      auto* list = Control<QTreeWidget>(form, "differences");
+      for (int i = 0; i < list->topLevelItemCount(); ++i) rows << list->topLevelItem(i)->text(0) + " " + list->topLevelItem(i)->text(1);
+      QTest::keyClick(list, Qt::Key_Escape);
+    });
+    QVERIFY(window_->CompareWith(
+        KOLVANE_SOURCE_DIR "/tests/data/xif/izot__smartserver-iot__6kEvbMultiSensor.XIF"));
+    QVERIFY2(rows.contains("nciSetpoint only in first") &&
+                 rows.contains("nciHighTempAlarm only in second"),
+             qPrintable(rows.join('\n')));
+    QTemporaryDir folder;
+    const std::string path = folder.filePath("room.xif").toStdString();
+    QVERIFY(window_->GenerateDeviceInterface(path));
+    QFile file(QString::fromStdString(path));
+    QVERIFY(file.open(QIODevice::ReadOnly));
+    const QString text = QString::fromUtf8(file.readAll());
+    QVERIFY(text.contains("\r\n9F:FF:FF:0A:0B:04:04:01\r\n"));
+    QVERIFY(text.contains("VAR nciSetpoint "));
+    // What cannot be compared says why.
+    int boxes = 0;
+    OnNextModal([&](QWidget* box) {
+      ++boxes;
+      QVERIFY(qobject_cast<QMessageBox*>(box)->text().contains("expected a profile"));
+      QTest::keyClick(box, Qt::Key_Escape);
+    });
+    QVERIFY(!window_->CompareWith(KOLVANE_SOURCE_DIR "/examples/snvts.xml"));
+    QCOMPARE(boxes, 1);
+  }
+
   // A real device's interface file opens as a profile: its properties hold the file's values.
   void ImportDeviceInterfaceOpensARealDevice() {
     kolvane::studio::ProfileFiles files;
