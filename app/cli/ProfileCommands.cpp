@@ -54,28 +54,9 @@ std::string UnitOf(const ItemRef& item) {
   return IsNumber(item) ? Converter()->DisplayUnits(TypeName(item)) : "";
 }
 
-// A number text of an item's own unit in display units, with the unit: "70.7 °F".
-std::string Shown(const ItemRef& item, const std::string& value) {
-  const std::string unit = UnitOf(item);
-  const std::string number =
-      Converter()->ToDisplayUnits(TypeName(item), SNVTDataConversion::LocalizeNumber(value));
-  return unit.empty() ? number : number + " " + unit;
-}
-
-// The limits an edit enforces: a number's own minimum and maximum (a property's bounds) in the
-// chosen display units; the display texts' for other kinds.
-std::string EnforcedLimits(const ItemRef& item, const std::vector<std::string>& texts) {
-  if (!IsNumber(item)) return app::LimitsOf(item, texts);
-  const std::string minimum = item.type->ISNVType_Min();
-  const std::string maximum = item.type->ISNVType_Max();
-  if (minimum.empty() && maximum.empty()) return "";
-  return (minimum.empty() ? "" : Shown(item, minimum)) + " .. " +
-         (maximum.empty() ? "" : Shown(item, maximum));
-}
-
 void AddRows(Table& table, const ItemRef& item, const std::string& indent) {
   const auto texts = DisplayOf(item);
-  const std::string limits = EnforcedLimits(item, texts);
+  const std::string limits = app::EnforcedLimitsOf(item, texts);
   table.AddRow({indent + item.path.substr(item.path.rfind('.') + 1),
                 indent.empty() ? item.kind : "", TypeName(item), texts[0], texts[1], limits,
                 RawColumnOf(item)});

@@ -69,6 +69,21 @@ std::string InDisplayUnits(const std::string& id, const std::string& value) {
   return DisplayConverter()->ToDisplayUnits(id, SNVTDataConversion::LocalizeNumber(value));
 }
 
+std::string EnforcedLimitsOf(const ItemRef& item, const std::vector<std::string>& display) {
+  if (!IsNumberType(item.type.get())) return LimitsOf(item, display);
+  const std::string id = item.type->ISNVType_ID();
+  const std::string unit = DisplayConverter()->DisplayUnits(id);
+  const auto shown = [&](const std::string& limit) {
+    if (limit.empty()) return std::string();
+    const std::string number = InDisplayUnits(id, limit);
+    return unit.empty() ? number : number + " " + unit;
+  };
+  const std::string minimum = item.type->ISNVType_Min();
+  const std::string maximum = item.type->ISNVType_Max();
+  if (minimum.empty() && maximum.empty()) return "";
+  return shown(minimum) + " .. " + shown(maximum);
+}
+
 std::string ExportedValueOf(const ItemRef& item) {
   if (item.fields) return DisplayOf(item)[0];
   const std::string value = ValueText(item);

@@ -20,6 +20,10 @@ std::shared_ptr<IUnitConverter> DisplayConverter();
 // "Invalid" as they are.
 std::string InDisplayUnits(const std::string& id, const std::string& value);
 
+// The limits an edit of the item enforces, "minimum .. maximum" with units: a number's own
+// (a property's bounds) in the display units; the display texts' (LimitsOf) for other kinds.
+std::string EnforcedLimitsOf(const ItemRef& item, const std::vector<std::string>& display);
+
 // An item's value as a row holds it: a number in the display units, a structure as its fields
 // show.
 std::string ExportedValueOf(const ItemRef& item);

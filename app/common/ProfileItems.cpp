@@ -40,6 +40,20 @@ std::string RawColumnOf(const ItemRef& item) {
   return bytes.problem.empty() ? bytes.raw : "! " + bytes.problem;
 }
 
+namespace {
+
+// Whether a leaf, or any leaf below a structure, holds a text read by text_of. A structure's own
+// value getter is not called: it writes the fields.
+bool HasLeafText(const ItemRef& item, std::string (*text_of)(const ItemRef&)) {
+  if (!item.fields) return !text_of(item).empty();
+  for (const ItemRef& field : FieldsOf(item)) {
+    if (HasLeafText(field, text_of)) return true;
+  }
+  return false;
+}
+
+}  // namespace
+
 std::vector<std::string> DisplayOf(const ItemRef& item) {
   std::vector<std::string> texts(4);
   ContinueOnError([&] {
@@ -55,9 +69,17 @@ std::vector<std::string> DisplayOf(const ItemRef& item) {
     }
   });
   for (std::string& text : texts) text = std::string(TrimBlanks(text));
-  // An item without a value shows none, not its unit alone.
+  // An item without a value shows none, not its unit alone; a structure none when no field has
+  // one ("{ % % }" says nothing).
   ContinueOnError([&] {
-    if (item.fields) return;
+    if (item.fields) {
+      if (!HasLeafText(item, LeafValueOf)) texts[0].clear();
+      // A property keeps its structure's default whole ("{ 0 0 }"), a variable's fields their own.
+      const auto cp = std::dynamic_pointer_cast<IConfigProperty>(item.object);
+      const bool whole = cp && cp->IConfigProperty_DefaultValue().find_first_not_of("{} ") != std::string::npos;
+      if (!whole && !HasLeafText(item, LeafDefaultOf)) texts[1].clear();
+      return;
+    }
     const std::string value = LeafValueOf(item);
     const std::string default_value = LeafDefaultOf(item);
     const std::string kind = item.type ? item.type->ISNVType_GenType() : "";
