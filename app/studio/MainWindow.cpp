@@ -1,5 +1,6 @@
 #include "MainWindow.h"
 
+#include <algorithm>
 #include <cstdint>
 #include <map>
 #include <sstream>
@@ -25,6 +26,7 @@
 #include <QMenuBar>
 #include <QMessageBox>
 #include <QPlainTextEdit>
+#include <QScreen>
 #include <QSettings>
 #include <QSplitter>
 #include <QStyle>
@@ -50,12 +52,49 @@ QTreeWidget* MakeTree(QWidget* parent, const QString& name, bool with_direction)
   tree->setColumnHidden(MainWindow::kDirection, !with_direction);
   tree->setAlternatingRowColors(true);
   tree->setUniformRowHeights(true);
-  tree->header()->setSectionResizeMode(QHeaderView::ResizeToContents);
+  tree->header()->setSectionResizeMode(QHeaderView::Interactive);
+  tree->header()->setStretchLastSection(false);
   // A click on a column's header sorts by it; rows can be chosen several at a time to copy.
   tree->setSortingEnabled(true);
   tree->sortByColumn(-1, Qt::AscendingOrder);
   tree->setSelectionMode(QAbstractItemView::ExtendedSelection);
   return tree;
+}
+
+// Texts longer than this many bytes may be cut by their column; their tooltip has them whole.
+constexpr size_t kLongText = 28;
+
+// Each column as wide as its texts. The value, default, limits and raw columns take at most
+// about kLongText characters each, and share what the name, direction and type columns leave of
+// the pane, the narrowest keeping its width first, so that the columns fit the pane down to a
+// 1024-pixel screen. A cut text ends in "…"; a drag on the header widens its column.
+void FitColumns(QTreeWidget* tree) {
+  const int character = tree->fontMetrics().averageCharWidth();
+  const int widest = character * static_cast<int>(kLongText);
+  int room = tree->viewport()->width();
+  std::vector<std::pair<int, int>> shared;  // natural width, column
+  for (int column = 0; column < MainWindow::kColumns; ++column) {
+    if (tree->isColumnHidden(column)) {
+      // Shown and hidden again: the header otherwise goes on placing the next column after it.
+      tree->setColumnHidden(column, false);
+      tree->setColumnWidth(column, 0);
+      tree->setColumnHidden(column, true);
+      continue;
+    }
+    tree->resizeColumnToContents(column);
+    if (column < MainWindow::kValue) {
+      room -= tree->columnWidth(column);
+    } else {
+      shared.emplace_back(std::min(tree->columnWidth(column), widest), column);
+    }
+  }
+  std::sort(shared.begin(), shared.end());
+  for (size_t i = 0; i < shared.size(); ++i) {
+    const int share = room / static_cast<int>(shared.size() - i);
+    const int width = std::min(shared[i].first, std::max(share, character * 8));
+    tree->setColumnWidth(shared[i].second, width);
+    room -= width;
+  }
 }
 
 std::string TypeText(const app::ItemRef& item) {
@@ -112,6 +151,8 @@ MainWindow::MainWindow() {
   main->addWidget(side);
   main->setStretchFactor(0, 4);
   main->setStretchFactor(1, 1);
+  main->setCollapsible(1, false);
+  side->setMinimumWidth(200);
   setCentralWidget(main);
 
   messages_ = new QPlainTextEdit(this);
@@ -126,6 +167,11 @@ MainWindow::MainWindow() {
   resizeDocks({dock}, {120}, Qt::Vertical);
 
   for (QTreeWidget* tree : {variables_, properties_}) {
+    // The columns follow the pane's width until the user sizes one.
+    tree->viewport()->installEventFilter(this);
+    connect(tree->header(), &QHeaderView::sectionResized, this, [this, tree] {
+      if (!fitting_ && (QGuiApplication::mouseButtons() & Qt::LeftButton)) sized_by_user_.insert(tree);
+    });
     // Double-click or Enter.
     connect(tree, &QTreeWidget::itemActivated, this,
             [this](QTreeWidgetItem* item) { EditItem(item); });
@@ -134,11 +180,26 @@ MainWindow::MainWindow() {
   connect(variables_, &QTreeWidget::currentItemChanged, this,
           [this](QTreeWidgetItem* current) { ShowVariable(current); });
   BuildMenus();
-  resize(1280, 760);
+  // 1280x760, or the screen less its window frame when that is smaller.
+  QSize size(1280, 760);
+  if (const QScreen* shown = screen()) size = size.boundedTo(shown->availableSize() - QSize(16, 48));
+  resize(size);
   RefreshTitle();
 }
 
+void MainWindow::FitAllColumns() {
+  fitting_ = true;
+  for (QTreeWidget* tree : {variables_, properties_}) {
+    if (!sized_by_user_.count(tree)) FitColumns(tree);
+  }
+  fitting_ = false;
+}
+
 bool MainWindow::eventFilter(QObject* watched, QEvent* event) {
+  if (event->type() == QEvent::Resize && variables_ && properties_ &&
+      (watched == variables_->viewport() || watched == properties_->viewport())) {
+    FitAllColumns();
+  }
   if (watched == filter_ && event->type() == QEvent::KeyPress &&
       static_cast<QKeyEvent*>(event)->key() == Qt::Key_Escape && !filter_->text().isEmpty()) {
     filter_->clear();
@@ -319,6 +380,7 @@ void MainWindow::ChooseUnits(UnitSystem system) {
     action->setChecked(true);
   }
   RefreshRows();
+  FitAllColumns();
   ShowVariable(variables_->currentItem());
 }
 
@@ -655,6 +717,8 @@ void MainWindow::Populate() {
     AddRows(item.kind == "cp" ? properties_ : variables_, nullptr, item, item);
   }
   RefreshRows();
+  sized_by_user_.clear();
+  FitAllColumns();
   ShowVariable(nullptr);
 }
 
@@ -696,7 +760,18 @@ void MainWindow::RefreshRows() {
     widget->setText(kType, QString::fromStdString(TypeText(row.item)));
     widget->setText(kValue, QString::fromStdString(texts[0]));
     widget->setText(kDefault, QString::fromStdString(texts[1]));
-    widget->setText(kLimits, QString::fromStdString(app::LimitsOf(row.item, texts)));
+    // The limits an edit enforces; the type's own range beside them when it is other.
+    const std::string limits = app::EnforcedLimitsOf(row.item, texts);
+    const std::string range = app::LimitsOf(row.item, texts);
+    widget->setText(kLimits, QString::fromStdString(limits));
+    QString limits_tip;
+    if (!limits.empty()) limits_tip = QString::fromStdString("Limits: " + limits);
+    if (!range.empty() && range != limits) {
+      limits_tip += QString::fromStdString("\nRange of " + TypeText(row.item) + ": " + range);
+    }
+    widget->setToolTip(kLimits, limits_tip);
+    widget->setToolTip(kDefault, texts[1].size() > kLongText ? QString::fromStdString(texts[1])
+                                                             : QString());
     const RawBytes bytes = app::RawBytesOf(row.item);
     widget->setText(kRaw, QString::fromStdString(app::RawColumnOf(row.item)));
     widget->setToolTip(kRaw, QString::fromStdString(bytes.problem));
@@ -712,6 +787,8 @@ void MainWindow::RefreshRows() {
                                            : style()->standardIcon(error ? QStyle::SP_MessageBoxCritical
                                                                          : QStyle::SP_MessageBoxWarning));
     widget->setToolTip(kName, lines.join('\n'));
+    // A long value is cut by its column: the tooltip has it whole, above any finding.
+    if (texts[0].size() > kLongText) lines.prepend(QString::fromStdString(texts[0]));
     widget->setToolTip(kValue, lines.join('\n'));
   }
 }

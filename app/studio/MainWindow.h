@@ -4,6 +4,7 @@
 #include <QMenu>
 #include <memory>
 #include <optional>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -107,6 +108,8 @@ class MainWindow final : public QMainWindow {
   void AddRows(QTreeWidget* tree, QTreeWidgetItem* parent, const app::ItemRef& item,
                const app::ItemRef& top);
   void RefreshRows();
+  // Fits the panes' columns to their widths, but for a pane whose columns the user sized.
+  void FitAllColumns();
   void RefreshTitle();
   void ShowVariable(QTreeWidgetItem* current);
   const Row* RowOf(QTreeWidgetItem* widget) const;
@@ -169,6 +172,8 @@ class MainWindow final : public QMainWindow {
   QPlainTextEdit* messages_ = nullptr;
   QLineEdit* filter_ = nullptr;
   QMenu* recent_menu_ = nullptr;
+  std::set<QTreeWidget*> sized_by_user_;
+  bool fitting_ = false;
 };
 
 }  // namespace kolvane::studio

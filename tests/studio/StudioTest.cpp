@@ -413,7 +413,10 @@ class StudioTest : public QObject {
     QCOMPARE(setpoint->text(MainWindow::kValue), QString("21.5 °C"));
     window_->findChild<QAction*>("unitsUS")->trigger();
     QCOMPARE(setpoint->text(MainWindow::kValue), QString("70.7 °F"));
-    QCOMPARE(setpoint->text(MainWindow::kLimits), QString("-459.706 °F .. 621.788 °F"));
+    // The limits the dialog enforces (the property's own), the type's range in the tooltip.
+    QCOMPARE(setpoint->text(MainWindow::kLimits), QString("50 °F .. 86 °F"));
+    QCOMPARE(setpoint->toolTip(MainWindow::kLimits),
+             QString("Limits: 50 °F .. 86 °F\nRange of SNVT_temp_p: -459.706 °F .. 621.788 °F"));
     // The numeric dialog shows and takes the value in °F; the property keeps its own unit.
     OnNextModal([](QWidget* form) {
       QCOMPARE(Control<QLabel>(form, "lblUnits")->text(), QString("[°F]"));
@@ -563,6 +566,28 @@ class StudioTest : public QObject {
     });
     QVERIFY(!window_->CompareWith(KOLVANE_SOURCE_DIR "/examples/snvts.xml"));
     QCOMPARE(boxes, 1);
+  }
+
+  // On a 1024x700 screen the VAV example's panes show every column whole, the side panel
+  // beside them; a value cut by its column is whole in the tooltip.
+  void ColumnsFitASmallScreen() {
+    kolvane::studio::ProfileFiles files;
+    files.profile = KOLVANE_SOURCE_DIR "/examples/profile-vav.xml";
+    QVERIFY(window_->Open(files));
+    window_->resize(1024, 700);
+    QTRY_COMPARE(window_->size(), QSize(1024, 700));
+    for (QTreeWidget* tree : {window_->VariablesTree(), window_->PropertiesTree()}) {
+      int used = 0;
+      for (int c = 0; c < tree->columnCount(); ++c) used += tree->isColumnHidden(c) ? 0 : tree->columnWidth(c);
+      QVERIFY2(used <= tree->viewport()->width(),
+               qPrintable(QString("%1: %2 of %3").arg(tree->objectName()).arg(used).arg(tree->viewport()->width())));
+    }
+    QVERIFY(window_->findChild<QLabel*>("variableFacts")->width() >= 150);
+    QTreeWidgetItem* setpoints = Find(window_->PropertiesTree(), "nciSetpoints");
+    const QString value = setpoints->text(MainWindow::kValue);
+    QVERIFY(window_->PropertiesTree()->fontMetrics().horizontalAdvance(value) >
+            window_->PropertiesTree()->columnWidth(MainWindow::kValue));
+    QCOMPARE(setpoints->toolTip(MainWindow::kValue), value);
   }
 
   // A real device's interface file opens as a profile: its properties hold the file's values.
