@@ -479,7 +479,26 @@ class StudioTest : public QObject {
     QVERIFY2(count.startsWith("warning: nciCount: \"Invalid\" is written as FFFF") &&
                  count.contains("\nerror: nciCount: value Invalid has no raw form"),
              qPrintable(count));
+    // The load's own messages are in the Messages pane.
+    const QString messages = window_->findChild<QPlainTextEdit*>("messages")->toPlainText();
+    QVERIFY2(messages.contains("  Warning: nciUntyped: SNVT Type not defined into the XML file of the profile\n") &&
+                 messages.contains("  Warning: nciText: Default value not defined into the XML file of the profile; 0 assumed."),
+             qPrintable(messages));
     QTreeWidgetItem* bypass = Find(window_->PropertiesTree(), "nciBypass");
+    // A catalogue with a type of a bad kind and a looping structure: its messages go to the
+    // pane as well, with no box to click away, and the rows say what check says.
+    const int boxes = kolvane::studio::MessageBoxesShown();
+    files.catalogue = KOLVANE_SOURCE_DIR "/tests/data/findings-catalogue.xml";
+    QVERIFY(window_->Open(files));
+    QCOMPARE(kolvane::studio::MessageBoxesShown(), boxes);
+    QCOMPARE(Find(window_->VariablesTree(), "nviOdd")->toolTip(MainWindow::kName),
+             QString("error: nviOdd: type SNVT_odd has a bad kind \"float\" [type-bad-kind]"));
+    QCOMPARE(Find(window_->VariablesTree(), "nvoLoop")->toolTip(MainWindow::kName),
+             QString("error: nvoLoop: structure SNVT_40099 contains itself [structure-loop]"));
+    files.catalogue.clear();
+    QVERIFY(window_->Open(files));
+    bypass = Find(window_->PropertiesTree(), "nciBypass");
+    setpoint = Find(window_->PropertiesTree(), "nciSetpoint");
     QVERIFY(bypass->toolTip(MainWindow::kName).isEmpty());
     QVERIFY(bypass->icon(MainWindow::kName).isNull());
 
