@@ -39,6 +39,7 @@
 #include "items/Findings.h"
 #include "nv/frmEditNVI.h"
 #include "nv/frmEditNVO.h"
+#include "nv/Options.h"
 #include "profile/frmNewPID.h"
 #include "types/CNVOCompatibleSNVT.h"
 #include "types/CNVOCompatibleSNVTs.h"

@@ -155,15 +155,10 @@ namespace {
 constexpr const char* kOptionNames[] = {"SendOnDelta", "RcvHrtBtEnable"};
 }  // namespace
 
-Options NetworkVariableOptions(IProfile& profile) {
-  pugi::xml_document values;
-  profile.Iprofile_SaveValueForInteroperability(values, values);
+Options NetworkVariableOptions(const IProfile& profile) {
   Options options;
-  for (const pugi::xml_node point : values.child("ApplicationProfile").children("ApPoint")) {
-    auto& own = options[point.attribute("Name").value()];
-    for (const char* name : kOptionNames) {
-      if (const pugi::xml_attribute option = point.attribute(name)) own[name] = option.value();
-    }
+  for (const auto& nv : profile.IProfile_NVs()->INetworkVariables_NewEnum()) {
+    options[nv->INetworkVariable_Name()] = kolvane::NetworkVariableOptions(nv);
   }
   return options;
 }

@@ -61,11 +61,10 @@ std::vector<std::string> ApplyValues(const IProfile& profile, const pugi::xml_do
 // with item keys.
 std::string ValuesDocumentText(IProfile& profile, bool interoperability);
 
-// The options of each network variable by name, as its interoperability record gives them:
-// "SendOnDelta" (an output's threshold, present while it sends on delta) and "RcvHrtBtEnable"
-// (an input expecting heartbeats). A profile document keeps them on the item's element.
+// The options of each network variable by name (kolvane::NetworkVariableOptions): "SendOnDelta"
+// and "RcvHrtBtEnable". A profile document keeps them on the item's element.
 using Options = std::map<std::string, std::map<std::string, std::string>>;
-Options NetworkVariableOptions(IProfile& profile);
+Options NetworkVariableOptions(const IProfile& profile);
 
 // Writes options onto the network variables' elements of a profile document, removing those
 // a variable no longer has.

@@ -408,6 +408,17 @@ class StudioTest : public QObject {
     QVERIFY(Find(window_->PropertiesTree(), "nciSetpoint"));
   }
 
+  // Opening reads nothing that changes the items: a structure variable shows the fields'
+  // values as the tool's show does, and its bytes.
+  void OpeningLeavesTheItemsAsLoaded() {
+    QVERIFY(window_->Open({}));
+    QTreeWidgetItem* lamp = Find(window_->VariablesTree(), "nvoLamp");
+    QVERIFY(lamp);
+    QCOMPARE(lamp->text(MainWindow::kValue), QString("{ 0 %  TOGGLE_OFF }"));
+    QCOMPARE(lamp->text(MainWindow::kRaw), QString("0000"));
+    QVERIFY(lamp->text(MainWindow::kDefault).isEmpty());
+  }
+
   void UnitsChosenInTheViewMenuRedrawAndStay() {
     QTreeWidgetItem* setpoint = Find(window_->PropertiesTree(), "nciSetpoint");
     QCOMPARE(setpoint->text(MainWindow::kValue), QString("21.5 °C"));
