@@ -87,14 +87,8 @@ std::vector<std::string> DisplayOf(const ItemRef& item) {
     for (size_t i = 0; i < 2; ++i) {
       if (kind == "Enum") {
         // A state by its name, whether held as a number or as the dialog writes it, "(2,NAME)".
-        const std::string& text = stored[i];
-        const size_t comma = text.find(',');
-        std::string name;
-        if (text.size() > 2 && text.front() == '(' && text.back() == ')' && comma != std::string::npos) {
-          name = text.substr(comma + 1, text.size() - comma - 2);
-        } else {
-          name = SNVTDataConversion::EnumStateName(text, item.type->ISNVType_EnumDesc());
-        }
+        const std::string name =
+            SNVTDataConversion::StateNameOf(stored[i], item.type->ISNVType_EnumDesc());
         if (!name.empty()) texts[i] = name;
       } else if (IsNumberType(item.type.get())) {
         // No bare unit for no value, and no unit after a text that is no number.

@@ -265,6 +265,23 @@ std::string EnumStateName(const std::string& value, const std::string& descripti
   }
 }
 
+std::string StateNameOf(const std::string& value, const std::string& description) {
+  std::string_view rest = description;
+  while (!rest.empty()) {
+    const size_t end = std::min(rest.find(';'), rest.size());
+    const std::string_view entry = rest.substr(0, end);
+    rest.remove_prefix(std::min(end + 1, rest.size()));
+    const size_t comma = entry.find(',');
+    if (comma == std::string_view::npos) continue;
+    const std::string_view number = entry.substr(0, comma);
+    const std::string_view name = entry.substr(comma + 1);
+    if (value == number || value == name || value == "(" + std::string(entry) + ")") {
+      return std::string(name);
+    }
+  }
+  return "";
+}
+
 void SwapBytePairs(const std::array<uint8_t, 32>& source, std::array<uint8_t, 32>& destination) {
   for (size_t i = 0; i < source.size(); i += 2) {
     destination[i] = source[i + 1];

@@ -26,6 +26,10 @@ KOLVANE_API std::string LocalizeNumber(const std::string& text);
 // ("0,OFF;1,ON;"); empty when there is none.
 KOLVANE_API std::string EnumStateName(const std::string& value, const std::string& description);
 
+// The name of the state an enumeration's value text names by value ("3"), by name ("HVT_VAV") or
+// as the enumeration dialog writes it ("(3,HVT_VAV)"); empty when it names none in description.
+KOLVANE_API std::string StateNameOf(const std::string& value, const std::string& description);
+
 // The raw hexadecimal text of a value of a type of kind, length bytes and scaling A, B, C
 // (value = A * 10^B * (raw + C)). Never raises: on an error it returns what it had built.
 std::string ValueToRaw(const std::string& value, const std::string& kind, int32_t length, int16_t a,

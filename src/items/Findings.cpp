@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <map>
 #include <optional>
-#include <sstream>
 
 #include "conversion/RawBytes.h"
 #include "conversion/SNVTDataConversion.h"
@@ -142,15 +141,7 @@ std::string InvalidPatternNote(const ISNVType& type) {
 void CheckState(const Item& item, std::vector<Finding>& findings) {
   const std::string value = ValueOf(item);
   if (value.empty() || value == "Invalid") return;
-  std::istringstream entries(item.type->ISNVType_EnumDesc());
-  for (std::string entry; std::getline(entries, entry, ';');) {
-    const size_t comma = entry.find(',');
-    if (comma == std::string::npos) continue;
-    if (value == entry.substr(0, comma) || value == entry.substr(comma + 1) ||
-        value == "(" + entry + ")") {
-      return;
-    }
-  }
+  if (!SNVTDataConversion::StateNameOf(value, item.type->ISNVType_EnumDesc()).empty()) return;
   findings.push_back({"value-unknown-state", true, item.path,
                       "value " + value + " is no state of SNVT_" + item.type->ISNVType_ID()});
 }

@@ -52,6 +52,21 @@ TEST(SNVTDataConversionTest, EnumStateNameComparesTheWholeValueText) {
   }
 }
 
+// A value names a state by number, by name or in the dialog's form, whose number and name must
+// be one entry: "(1,OFF)" names nothing in "0,OFF;1,ON;". The last entry needs no ";".
+TEST(SNVTDataConversionTest, StateNameOfEveryFormOfAState) {
+  const std::tuple<const char*, const char*, const char*> cases[] = {
+      {"1", "0,OFF;1,ON;", "ON"},          {"ON", "0,OFF;1,ON;", "ON"},
+      {"(1,ON)", "0,OFF;1,ON;", "ON"},     {"(1,OFF)", "0,OFF;1,ON;", ""},
+      {"(9,FOO)", "0,OFF;1,ON;", ""},      {"2", "0,OFF;1,ON;", ""},
+      {"", "0,OFF;1,ON;", ""},             {"ON", "0,OFF;1,ON", "ON"},
+      {"(1,ON)", "0,OFF;1,ON", "ON"},      {"on", "0,OFF;1,ON;", ""},
+      {"0", "garbage;0,OFF;", "OFF"},      {"0", "", ""}};
+  for (const auto& [value, description, name] : cases) {
+    EXPECT_EQ(StateNameOf(value, description), name) << value << " in " << description;
+  }
+}
+
 // 70000 has high byte 273 (clamped) and low byte 112; -1 and -257 stop at their negative low
 // byte; "Invalid" of 4 bytes is written as of 2. Four bytes hold every 32-bit value of their kind
 // exactly and nothing beyond it. With "." a text is read up to what is no number.
