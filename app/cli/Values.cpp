@@ -124,15 +124,13 @@ bool CheckState(const ItemRef& item, const std::string& typed, std::string& valu
     error = item.path + ": \"" + typed + "\" is no state the item allows; valid: " + names;
     return false;
   }
+  // By name, by number, or as the enumeration dialog writes a state: "(1,ON)".
+  if (!SNVTDataConversion::StateNameOf(typed, item.type->ISNVType_EnumDesc()).empty()) return true;
   std::istringstream entries(item.type->ISNVType_EnumDesc());
   std::string names;
   for (std::string entry; std::getline(entries, entry, ';');) {
     const size_t comma = entry.find(',');
-    if (comma == std::string::npos) continue;
-    const std::string name = entry.substr(comma + 1);
-    // By name, by number, or as the enumeration dialog writes a state: "(1,ON)".
-    if (typed == name || typed == entry.substr(0, comma) || typed == "(" + entry + ")") return true;
-    names += (names.empty() ? "" : ", ") + name;
+    if (comma != std::string::npos) names += (names.empty() ? "" : ", ") + entry.substr(comma + 1);
   }
   error = item.path + ": \"" + typed + "\" is no state of SNVT_" + item.type->ISNVType_ID() +
           "; valid: " + names;
