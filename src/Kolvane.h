@@ -41,6 +41,7 @@
 #include "nv/frmEditNVO.h"
 #include "nv/Options.h"
 #include "profile/frmNewPID.h"
+#include "types/CatalogueType.h"
 #include "types/CNVOCompatibleSNVT.h"
 #include "types/CNVOCompatibleSNVTs.h"
 #include "types/CState.h"

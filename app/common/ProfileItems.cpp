@@ -1,5 +1,6 @@
 #include "ProfileItems.h"
 
+#include <functional>
 #include <sstream>
 
 #include "conversion/SNVTDataConversion.h"
@@ -148,6 +149,26 @@ std::string ValuesDocumentText(IProfile& profile, bool interoperability) {
 namespace {
 constexpr const char* kOptionNames[] = {"SendOnDelta", "RcvHrtBtEnable"};
 }  // namespace
+
+std::string ValuesDocumentTextUnchanged(IProfile& profile, bool interoperability) {
+  // The leaves' values: a structure's own value is made of them.
+  std::vector<std::pair<std::shared_ptr<IField>, std::string>> held;
+  const std::function<void(const ItemRef&)> keep = [&](const ItemRef& item) {
+    for (const ItemRef& field : FieldsOf(item)) {
+      if (field.fields) {
+        keep(field);
+      } else if (const auto leaf = std::dynamic_pointer_cast<IField>(field.object)) {
+        held.emplace_back(leaf, leaf->IField_Value());
+      }
+    }
+  };
+  for (const ItemRef& item : TopItems(profile)) keep(item);
+  const std::string text = ValuesDocumentText(profile, interoperability);
+  for (const auto& [leaf, value] : held) {
+    if (leaf->IField_Value() != value) leaf->IField_Value(value);
+  }
+  return text;
+}
 
 Options NetworkVariableOptions(const IProfile& profile) {
   Options options;

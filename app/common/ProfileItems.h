@@ -61,6 +61,10 @@ std::vector<std::string> ApplyValues(const IProfile& profile, const pugi::xml_do
 // with item keys.
 std::string ValuesDocumentText(IProfile& profile, bool interoperability);
 
+// ValuesDocumentText with every item left as it was: a structure variable's value getter, which
+// the save calls, writes its fields from the variable's value text; the fields are put back.
+std::string ValuesDocumentTextUnchanged(IProfile& profile, bool interoperability);
+
 // The options of each network variable by name (kolvane::NetworkVariableOptions): "SendOnDelta"
 // and "RcvHrtBtEnable". A profile document keeps them on the item's element.
 using Options = std::map<std::string, std::map<std::string, std::string>>;

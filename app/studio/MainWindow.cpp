@@ -4,7 +4,6 @@
 #include <cstdint>
 #include <map>
 #include <sstream>
-#include <thread>
 
 #include <QAction>
 #include <QClipboard>
@@ -61,7 +60,7 @@ QTreeWidget* MakeTree(QWidget* parent, const QString& name, bool with_direction)
   return tree;
 }
 
-// Texts longer than this many bytes may be cut by their column; their tooltip has them whole.
+// The value, default, limits and raw columns are at most about this many characters wide.
 constexpr size_t kLongText = 28;
 
 // Each column as wide as its texts. The value, default, limits and raw columns take at most
@@ -448,31 +447,21 @@ std::optional<std::vector<std::vector<std::string>>> MainWindow::RowsOfProfileFi
     const std::string& path, std::vector<std::string>& messages, std::string& error) {
   std::optional<std::vector<std::vector<std::string>>> rows;
   const UnitSystem units = CurrentUnitSystem();
-  // The library keeps a loaded profile's documents, types and units per thread. The window's
-  // thread waits meanwhile, so the host's handlers are swapped for ones a thread may call.
-  CollectedMessages collected;
-  const YieldHandler yield = SetYieldHandler({});
-  const PointerHandler pointer = SetPointerHandler({});
-  std::thread worker([&] {
-    try {
-      SetUnitTable(units_table_);
-      SetUnitSystem(units);
-      // The catalogue as read, without the types the open profile carries.
-      const auto catalogue = app::ReadDocument(files_.catalogue, "snvts.xml", "SNVTS", error);
-      if (!catalogue) return;
-      if (const auto loaded = app::LoadProfileFile(path, catalogue, nvo_table_, error)) {
-        rows = app::ExportRows(*loaded->profile);
-      }
-    } catch (const Error& failure) {
-      error = path + ": Error " + std::to_string(failure.number()) + ": " + failure.what();
-    } catch (const std::exception& failure) {
-      error = path + ": " + failure.what();
-    }
-  });
-  worker.join();
-  SetYieldHandler(yield);
-  SetPointerHandler(pointer);
-  messages = collected.lines();
+  // The library keeps a loaded profile's documents, types and units per thread: loaded here,
+  // the other profile would take the open one's place.
+  const std::string failure = RunOnOwnThread(
+      [&] {
+        SetUnitTable(units_table_);
+        SetUnitSystem(units);
+        // The catalogue as read, without the types the open profile carries.
+        const auto catalogue = app::ReadDocument(files_.catalogue, "snvts.xml", "SNVTS", error);
+        if (!catalogue) return;
+        if (const auto loaded = app::LoadProfileFile(path, catalogue, nvo_table_, error)) {
+          rows = app::ExportRows(*loaded->profile);
+        }
+      },
+      messages);
+  if (!failure.empty()) error = path + ": " + failure;
   return rows;
 }
 
@@ -480,29 +469,32 @@ bool MainWindow::CompareWith(const std::string& path) {
   if (!profile_) return false;
   std::string error;
   const auto file = app::ReadComparedFile(path, error);
-  std::vector<app::Difference> differences;
+  std::optional<std::vector<std::vector<std::string>>> other;
   std::vector<std::string> messages;
-  if (file && file->kind == app::DocumentKind::kValues) {
-    // The profile's values in the file's form: the interoperability form keys its points.
-    const bool interoperability = file->document->select_node("//ApPoint[@ItemKey]");
-    CollectedMessages collected;
-    RunGuarded("Compare", [&] {
-      pugi::xml_document own;
-      own.load_string(app::ValuesDocumentText(*profile_, interoperability).c_str());
-      differences = app::CompareRows(app::ValuesRows(own), app::ValuesRows(*file->document));
-    });
-    messages = collected.lines();
+  if (file && file->kind == app::DocumentKind::kProfile) {
+    other = RowsOfProfileFile(path, messages, error);
   } else if (file) {
-    const auto rows = RowsOfProfileFile(path, messages, error);
-    if (!rows) {
-      QMessageBox::critical(this, "Compare", QString::fromStdString(error));
-      return false;
-    }
-    differences = app::CompareRows(app::ExportRows(*profile_), *rows);
-  } else {
+    other.emplace();  // read below, with the profile's own values
+  }
+  if (!other) {
     QMessageBox::critical(this, "Compare", QString::fromStdString(error));
     return false;
   }
+  std::vector<app::Difference> differences;
+  CollectedMessages collected;
+  const bool compared = RunGuarded("Compare", [&] {
+    if (file->kind == app::DocumentKind::kProfile) {
+      differences = app::CompareRows(app::ExportRows(*profile_), *other);
+      return;
+    }
+    // The profile's values in the file's form: the interoperability form keys its points.
+    const bool interoperability = file->document->select_node("//ApPoint[@ItemKey]");
+    pugi::xml_document own;
+    own.load_string(app::ValuesDocumentTextUnchanged(*profile_, interoperability).c_str());
+    differences = app::CompareRows(app::ValuesRows(own), app::ValuesRows(*file->document));
+  });
+  if (!compared) return false;
+  messages.insert(messages.end(), collected.lines().begin(), collected.lines().end());
   messages_->appendPlainText(QString("Compared with %1: %2 differences")
                                  .arg(QString::fromStdString(path))
                                  .arg(differences.size()));
@@ -744,11 +736,14 @@ void MainWindow::RefreshRows() {
     CollectedMessages quiet;
     for (const Row& row : rows_) {
       if (row.item.object != row.top.object) continue;
-      RunGuarded("Check", [&] {
+      const std::string failure = FailureOf([&] {
         for (Finding& finding : CheckItem(row.top.object, row.top.path)) {
           findings[finding.path].push_back(std::move(finding));
         }
       });
+      if (!failure.empty()) {
+        findings[row.top.path].push_back({"check-failed", true, row.top.path, failure});
+      }
     }
   }
   for (const Row& row : rows_) {
@@ -770,11 +765,11 @@ void MainWindow::RefreshRows() {
       limits_tip += QString::fromStdString("\nRange of " + TypeText(row.item) + ": " + range);
     }
     widget->setToolTip(kLimits, limits_tip);
-    widget->setToolTip(kDefault, texts[1].size() > kLongText ? QString::fromStdString(texts[1])
-                                                             : QString());
+    // Columns may cut their texts: the tooltips have them whole.
+    widget->setToolTip(kDefault, QString::fromStdString(texts[1]));
     const RawBytes bytes = app::RawBytesOf(row.item);
     widget->setText(kRaw, QString::fromStdString(app::RawColumnOf(row.item)));
-    widget->setToolTip(kRaw, QString::fromStdString(bytes.problem));
+    widget->setToolTip(kRaw, QString::fromStdString(bytes.problem.empty() ? bytes.raw : bytes.problem));
     QStringList lines;
     bool error = false;
     if (const auto found = findings.find(row.item.path); found != findings.end()) {
@@ -787,8 +782,8 @@ void MainWindow::RefreshRows() {
                                            : style()->standardIcon(error ? QStyle::SP_MessageBoxCritical
                                                                          : QStyle::SP_MessageBoxWarning));
     widget->setToolTip(kName, lines.join('\n'));
-    // A long value is cut by its column: the tooltip has it whole, above any finding.
-    if (texts[0].size() > kLongText) lines.prepend(QString::fromStdString(texts[0]));
+    // The value whole, above any finding.
+    if (!texts[0].empty()) lines.prepend(QString::fromStdString(texts[0]));
     widget->setToolTip(kValue, lines.join('\n'));
   }
 }

@@ -1,5 +1,7 @@
 #include "QtHost.h"
 
+#include <thread>
+
 #include <QApplication>
 #include <QEventLoop>
 #include <QGuiApplication>
@@ -72,18 +74,65 @@ QtHost::~QtHost() {
   SetMessageBoxHandler(std::move(previous_box_));
 }
 
-bool RunGuarded(const std::string& title, const std::function<void()>& step) {
-  std::string failure;
+std::string FailureOf(const std::function<void()>& step) {
   try {
     step();
-    return true;
+    return "";
   } catch (const Error& e) {
-    failure = "Error " + std::to_string(e.number()) + ": " + e.what();
+    return "Error " + std::to_string(e.number()) + ": " + e.what();
   } catch (const std::exception& e) {
-    failure = e.what();
+    return e.what();
+  } catch (...) {
+    return "an unknown error";
   }
+}
+
+bool RunGuarded(const std::string& title, const std::function<void()>& step) {
+  const std::string failure = FailureOf(step);
+  if (failure.empty()) return true;
   ShowMessageBox(failure, vbCritical, title);
   return false;
+}
+
+namespace {
+
+// The host's handlers swapped for ones any thread may call, and put back on destruction.
+class ThreadSafeHandlers {
+ public:
+  ThreadSafeHandlers()
+      : yield_(SetYieldHandler({})), pointer_(SetPointerHandler({})), forms_(SetFormHost(nullptr)) {
+    QGuiApplication::setOverrideCursor(Qt::WaitCursor);
+  }
+  ~ThreadSafeHandlers() {
+    QGuiApplication::restoreOverrideCursor();
+    SetFormHost(std::move(forms_));
+    SetPointerHandler(std::move(pointer_));
+    SetYieldHandler(std::move(yield_));
+  }
+  ThreadSafeHandlers(const ThreadSafeHandlers&) = delete;
+  ThreadSafeHandlers& operator=(const ThreadSafeHandlers&) = delete;
+
+ private:
+  YieldHandler yield_;
+  PointerHandler pointer_;
+  std::shared_ptr<FormHost> forms_;
+};
+
+}  // namespace
+
+std::string RunOnOwnThread(const std::function<void()>& step, std::vector<std::string>& messages) {
+  std::string failure;
+  std::string started;  // why no thread ran
+  CollectedMessages collected;
+  {
+    ThreadSafeHandlers handlers;
+    started = FailureOf([&] {
+      std::thread worker([&] { failure = FailureOf(step); });
+      worker.join();
+    });
+  }
+  messages = collected.lines();
+  return started.empty() ? failure : started;
 }
 
 CollectedMessages::CollectedMessages()

@@ -29,9 +29,18 @@ class QtHost {
 // How many message boxes the studio has shown; a handler that showed one has spoken.
 int MessageBoxesShown();
 
+// Runs step and says what it raised ("Error 13: ..."); empty when it raised nothing.
+std::string FailureOf(const std::function<void()>& step);
+
 // Runs step; an error it raises is shown in a message box titled title over parent instead of
 // escaping into Qt's event loop. False after an error.
 bool RunGuarded(const std::string& title, const std::function<void()>& step);
+
+// Runs step on a thread of its own, which has the library's per-thread state to itself, while
+// this thread waits under the busy cursor with the host's handlers swapped for ones any thread
+// may call: message boxes collected into messages, no yielding, no forms. What step raised, or
+// empty.
+std::string RunOnOwnThread(const std::function<void()>& step, std::vector<std::string>& messages);
 
 // Collects the library's messages instead of showing them while alive (loading reports every
 // assumed default; the studio lists them in its message pane).

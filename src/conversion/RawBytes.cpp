@@ -3,7 +3,6 @@
 #include "foundation/Error.h"
 #include "conversion/SNVTDataConversion.h"
 #include "items/ItemCore.h"
-#include "types/CSNVTType.h"
 
 namespace kolvane {
 
@@ -24,7 +23,5 @@ RawBytes CheckedRawBytes(const std::string& value, const ISNVType& type) {
     return {"", error.detail()};
   }
 }
-
-std::shared_ptr<ISNVType> CatalogueType(const std::string& id) { return CSNVTType::Shared(id); }
 
 }  // namespace kolvane

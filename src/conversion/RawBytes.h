@@ -23,8 +23,4 @@ KOLVANE_API RawBytes CheckedRawBytes(const std::shared_ptr<IUnknown>& item);
 // The raw bytes of value, a text of type in the type's own unit ("21.5", "Invalid", a state).
 KOLVANE_API RawBytes CheckedRawBytes(const std::string& value, const ISNVType& type);
 
-// The type of identifier id ("105", "temp_p") in the catalogue last handed to a profile on this
-// thread; a type it lacks has its identifier only, and no kind.
-KOLVANE_API std::shared_ptr<ISNVType> CatalogueType(const std::string& id);
-
 }  // namespace kolvane

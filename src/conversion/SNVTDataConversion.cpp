@@ -267,10 +267,10 @@ std::string EnumStateName(const std::string& value, const std::string& descripti
 
 std::string StateNameOf(const std::string& value, const std::string& description) {
   std::string_view rest = description;
-  while (!rest.empty()) {
-    const size_t end = std::min(rest.find(';'), rest.size());
+  // Entries end in ";", as EnumStateName reads them: an unterminated last one names nothing.
+  for (size_t end = rest.find(';'); end != std::string_view::npos; end = rest.find(';')) {
     const std::string_view entry = rest.substr(0, end);
-    rest.remove_prefix(std::min(end + 1, rest.size()));
+    rest.remove_prefix(end + 1);
     const size_t comma = entry.find(',');
     if (comma == std::string_view::npos) continue;
     const std::string_view number = entry.substr(0, comma);

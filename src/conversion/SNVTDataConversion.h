@@ -27,7 +27,8 @@ KOLVANE_API std::string LocalizeNumber(const std::string& text);
 KOLVANE_API std::string EnumStateName(const std::string& value, const std::string& description);
 
 // The name of the state an enumeration's value text names by value ("3"), by name ("HVT_VAV") or
-// as the enumeration dialog writes it ("(3,HVT_VAV)"); empty when it names none in description.
+// as the enumeration dialog writes it ("(3,HVT_VAV)"); empty when it names none of the entries
+// of description that end in ";".
 KOLVANE_API std::string StateNameOf(const std::string& value, const std::string& description);
 
 // The raw hexadecimal text of a value of a type of kind, length bytes and scaling A, B, C

@@ -53,14 +53,15 @@ TEST(SNVTDataConversionTest, EnumStateNameComparesTheWholeValueText) {
 }
 
 // A value names a state by number, by name or in the dialog's form, whose number and name must
-// be one entry: "(1,OFF)" names nothing in "0,OFF;1,ON;". The last entry needs no ";".
+// be one entry: "(1,OFF)" names nothing in "0,OFF;1,ON;". As for EnumStateName, an entry
+// without its ";" names nothing.
 TEST(SNVTDataConversionTest, StateNameOfEveryFormOfAState) {
   const std::tuple<const char*, const char*, const char*> cases[] = {
       {"1", "0,OFF;1,ON;", "ON"},          {"ON", "0,OFF;1,ON;", "ON"},
       {"(1,ON)", "0,OFF;1,ON;", "ON"},     {"(1,OFF)", "0,OFF;1,ON;", ""},
       {"(9,FOO)", "0,OFF;1,ON;", ""},      {"2", "0,OFF;1,ON;", ""},
-      {"", "0,OFF;1,ON;", ""},             {"ON", "0,OFF;1,ON", "ON"},
-      {"(1,ON)", "0,OFF;1,ON", "ON"},      {"on", "0,OFF;1,ON;", ""},
+      {"", "0,OFF;1,ON;", ""},             {"ON", "0,OFF;1,ON", ""},
+      {"(1,ON)", "0,OFF;1,ON", ""},      {"on", "0,OFF;1,ON;", ""},
       {"0", "garbage;0,OFF;", "OFF"},      {"0", "", ""}};
   for (const auto& [value, description, name] : cases) {
     EXPECT_EQ(StateNameOf(value, description), name) << value << " in " << description;

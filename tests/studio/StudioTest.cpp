@@ -487,7 +487,7 @@ class StudioTest : public QObject {
              QString("error: nviKelvin: type SNVT_temp_kelvin is not in the catalogue [type-unknown]"));
     // A warning and an error of one item are both listed.
     const QString count = Find(window_->PropertiesTree(), "nciCount")->toolTip(MainWindow::kValue);
-    QVERIFY2(count.startsWith("warning: nciCount: \"Invalid\" is written as FFFF") &&
+    QVERIFY2(count.startsWith("Invalid\nwarning: nciCount: \"Invalid\" is written as FFFF") &&
                  count.contains("\nerror: nciCount: value Invalid has no raw form"),
              qPrintable(count));
     // The load's own messages are in the Messages pane.
@@ -495,7 +495,6 @@ class StudioTest : public QObject {
     QVERIFY2(messages.contains("  Warning: nciUntyped: SNVT Type not defined into the XML file of the profile\n") &&
                  messages.contains("  Warning: nciText: Default value not defined into the XML file of the profile; 0 assumed."),
              qPrintable(messages));
-    QTreeWidgetItem* bypass = Find(window_->PropertiesTree(), "nciBypass");
     // A catalogue with a type of a bad kind and a looping structure: its messages go to the
     // pane as well, with no box to click away, and the rows say what check says.
     const int boxes = kolvane::studio::MessageBoxesShown();
@@ -508,7 +507,7 @@ class StudioTest : public QObject {
              QString("error: nvoLoop: structure SNVT_40099 contains itself [structure-loop]"));
     files.catalogue.clear();
     QVERIFY(window_->Open(files));
-    bypass = Find(window_->PropertiesTree(), "nciBypass");
+    QTreeWidgetItem* bypass = Find(window_->PropertiesTree(), "nciBypass");
     setpoint = Find(window_->PropertiesTree(), "nciSetpoint");
     QVERIFY(bypass->toolTip(MainWindow::kName).isEmpty());
     QVERIFY(bypass->icon(MainWindow::kName).isNull());
@@ -565,6 +564,39 @@ class StudioTest : public QObject {
     QCOMPARE(summary, QString("The profile and before.xml hold the same."));
   }
 
+  // Comparing reads and changes nothing: a structure variable whose fields the library's save
+  // would write keeps them. A device file that cannot be read says why, in a box.
+  void CompareChangesNothing() {
+    QVERIFY(window_->Open({}));
+    int rows = -1;
+    OnNextModal([&](QWidget* form) {
+      rows = Control<QTreeWidget>(form, "differences")->topLevelItemCount();
+      QTest::keyClick(form, Qt::Key_Escape);
+    });
+    QVERIFY(window_->CompareWith(KOLVANE_SOURCE_DIR "/tests/cli/expected/values-interop.xml"));
+    QCOMPARE(rows, 0);  // the file holds the example's values as loaded
+    window_->ChooseUnits(kolvane::UnitSystem::kSI);  // redraws every row from its item
+    QTreeWidgetItem* lamp = Find(window_->VariablesTree(), "nvoLamp");
+    QCOMPARE(lamp->text(MainWindow::kValue), QString("{ 0 %  TOGGLE_OFF }"));
+    QCOMPARE(lamp->text(MainWindow::kRaw), QString("0000"));
+    QVERIFY(!window_->isWindowModified());
+
+    QTemporaryDir folder;
+    QFile bad(folder.filePath("broken.xif"));
+    QVERIFY(bad.open(QIODevice::WriteOnly));
+    bad.write("this is no device interface file\n");
+    bad.close();
+    QString text;
+    OnNextModal([&](QWidget* box) {
+      text = qobject_cast<QMessageBox*>(box)->text();
+      QTest::keyClick(box, Qt::Key_Escape);
+    });
+    QVERIFY(!window_->CompareWith(bad.fileName().toStdString()));
+    QVERIFY2(text.contains("broken.xif"), qPrintable(text));
+    window_->ChooseUnits(kolvane::UnitSystem::kSI);
+    QCOMPARE(Find(window_->VariablesTree(), "nvoLamp")->text(MainWindow::kRaw), QString("0000"));
+  }
+
   // A device interface file compares as its profile, loaded beside the open one: the open
   // profile still generates its own device interface afterwards.
   void CompareWithADeviceLeavesTheOpenProfile() {
@@ -608,6 +640,17 @@ class StudioTest : public QObject {
                qPrintable(QString("%1: %2 of %3").arg(tree->objectName()).arg(used).arg(tree->viewport()->width())));
     }
     QVERIFY(window_->findChild<QLabel*>("variableFacts")->width() >= 150);
+    // Names and types are never cut; the value columns keep room to be read.
+    for (QTreeWidget* tree : {window_->VariablesTree(), window_->PropertiesTree()}) {
+      for (const int column : {int(MainWindow::kName), int(MainWindow::kType)}) {
+        const int shown = tree->columnWidth(column);
+        tree->resizeColumnToContents(column);
+        QCOMPARE(shown, tree->columnWidth(column));
+      }
+      for (int column = MainWindow::kValue; column < MainWindow::kColumns; ++column) {
+        QVERIFY(tree->columnWidth(column) >= 8 * tree->fontMetrics().averageCharWidth());
+      }
+    }
     QTreeWidgetItem* setpoints = Find(window_->PropertiesTree(), "nciSetpoints");
     const QString value = setpoints->text(MainWindow::kValue);
     QVERIFY(window_->PropertiesTree()->fontMetrics().horizontalAdvance(value) >
