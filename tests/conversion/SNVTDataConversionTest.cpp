@@ -68,6 +68,25 @@ TEST(SNVTDataConversionTest, StateNameOfEveryFormOfAState) {
   }
 }
 
+// A value text of a catalogue type goes to its bytes with nothing clamped: what has no bytes
+// says why. A type the catalogue lacks has no kind and no bytes.
+TEST(SNVTDataConversionTest, CheckedRawBytesOfATypesValueText) {
+  ScopedCatalogue catalogue(kBundledCatalogue, true);
+  catalogue.HandIn();
+  const auto temp = CatalogueType("temp_p");
+  ASSERT_EQ(temp->ISNVType_GenType(), "SignedNumeric");
+  EXPECT_EQ(CheckedRawBytes("21.5", *temp).raw, "0866");
+  EXPECT_EQ(CheckedRawBytes("-273.17", *temp).raw, "954B");
+  const RawBytes high = CheckedRawBytes("400", *temp);
+  EXPECT_TRUE(high.raw.empty());
+  EXPECT_FALSE(high.problem.empty());
+  EXPECT_EQ(CheckedRawBytes("HVT_VAV", *CatalogueType("hvac_type")).raw, "02");
+  const auto missing = CatalogueType("no_such_type");
+  EXPECT_EQ(missing->ISNVType_ID(), "no_such_type");
+  EXPECT_EQ(missing->ISNVType_GenType(), "");
+  EXPECT_FALSE(CheckedRawBytes("1", *missing).problem.empty());
+}
+
 // 70000 has high byte 273 (clamped) and low byte 112; -1 and -257 stop at their negative low
 // byte; "Invalid" of 4 bytes is written as of 2. Four bytes hold every 32-bit value of their kind
 // exactly and nothing beyond it. With "." a text is read up to what is no number.

@@ -213,6 +213,27 @@ TEST_F(CNetworkVariableTest, ValueTextsByKind) {
   EXPECT_EQ(FieldAt(fields, "value")->IField_Value(), "");
 }
 
+// An input has only its heartbeat option, an output only its threshold, and each only while on;
+// anything else has none.
+TEST_F(CNetworkVariableTest, OptionsUnderTheirRecordNames) {
+  using Options = std::map<std::string, std::string>;
+  const auto input = Made(0, "temp_p");
+  const auto output = Made(1, "temp_p");
+  EXPECT_EQ(NetworkVariableOptions(input), Options{});
+  EXPECT_EQ(NetworkVariableOptions(output), Options{});
+  for (const auto& nv : {input, output}) {
+    nv->ReceiveHeartbeat(true);
+    nv->SendOnDelta("0.5");
+    nv->SendOnDeltaEnabled(true);
+  }
+  EXPECT_EQ(NetworkVariableOptions(input), (Options{{"RcvHrtBtEnable", "1"}}));
+  EXPECT_EQ(NetworkVariableOptions(output), (Options{{"SendOnDelta", "0.5"}}));
+  output->SendOnDeltaEnabled(false);
+  EXPECT_EQ(NetworkVariableOptions(output), Options{});
+  EXPECT_EQ(NetworkVariableOptions(std::make_shared<CNetworkVariables>()), Options{});
+  EXPECT_EQ(NetworkVariableOptions(nullptr), Options{});
+}
+
 TEST_F(CNetworkVariableTest, DisplayAndRawTexts) {
   const auto temp = Made(0, "temp_p");
   EXPECT_EQ(temp->INetworkVariable_InvalidRaw(), "7FFF");
