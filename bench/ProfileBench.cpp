@@ -195,6 +195,21 @@ void BM_ProfileDisplayTexts(benchmark::State& state) {
   Finish(state);
 }
 
+// What check finds in every item and field: the studio's panes run it after every edit.
+void BM_ProfileCheckItems(benchmark::State& state) {
+  const auto document = Parsed(ProfileText(static_cast<int>(state.range(0))));
+  const auto profile = Load(document);
+  const auto nvs = profile->IProfile_NVs()->INetworkVariables_NewEnum();
+  const auto cps = profile->IProfile_CPs()->IConfigProperties_NewEnum();
+  for (auto _ : state) {
+    size_t findings = 0;
+    for (const auto& nv : nvs) findings += CheckItem(nv, nv->INetworkVariable_Name()).size();
+    for (const auto& cp : cps) findings += CheckItem(cp, cp->IConfigProperty_Name()).size();
+    benchmark::DoNotOptimize(findings);
+  }
+  Finish(state);
+}
+
 template <bool kInteroperability>
 void BM_ProfileSave(benchmark::State& state) {
   const auto document = Parsed(ProfileText(static_cast<int>(state.range(0))));
@@ -312,6 +327,7 @@ BENCHMARK(BM_ProfileMemory)->Arg(1000)->Arg(10000)->Arg(100000)->Iterations(1)->
 PROFILE_BENCHMARK(BM_ProfileParseXml);
 PROFILE_BENCHMARK(BM_ProfileLoad);
 PROFILE_BENCHMARK(BM_ProfileDisplayTexts);
+PROFILE_BENCHMARK(BM_ProfileCheckItems);
 PROFILE_BENCHMARK(BM_ProfileSave<false>);
 PROFILE_BENCHMARK(BM_ProfileSave<true>);
 PROFILE_BENCHMARK(BM_ProfileWriteSavedXml);

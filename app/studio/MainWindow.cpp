@@ -702,6 +702,7 @@ QStringList MainWindow::ShownValues() const {
 
 void MainWindow::Populate() {
   rows_.clear();
+  findings_.clear();
   variables_->clear();
   properties_->clear();
   rows_.reserve(256);
@@ -729,23 +730,30 @@ const MainWindow::Row* MainWindow::RowOf(QTreeWidgetItem* widget) const {
   return index < rows_.size() ? &rows_[index] : nullptr;
 }
 
-void MainWindow::RefreshRows() {
-  // What check finds in each item and field, marked on its row.
-  std::map<std::string, std::vector<Finding>> findings;
+void MainWindow::RefreshRows(const app::ItemRef* changed) {
+  // What check finds in each item and field, marked on its row: every item's, or after an edit
+  // the edited one's.
   {
     CollectedMessages quiet;
+    if (!changed) findings_.clear();
     for (const Row& row : rows_) {
-      if (row.item.object != row.top.object) continue;
+      if (changed && row.top.object == changed->object) findings_.erase(row.item.path);
+    }
+    for (const Row& row : rows_) {
+      if (row.item.object != row.top.object || (changed && row.top.object != changed->object)) {
+        continue;
+      }
       const std::string failure = FailureOf([&] {
         for (Finding& finding : CheckItem(row.top.object, row.top.path)) {
-          findings[finding.path].push_back(std::move(finding));
+          findings_[finding.path].push_back(std::move(finding));
         }
       });
       if (!failure.empty()) {
-        findings[row.top.path].push_back({"check-failed", true, row.top.path, failure});
+        findings_[row.top.path].push_back({"check-failed", true, row.top.path, failure});
       }
     }
   }
+  const auto& findings = findings_;
   for (const Row& row : rows_) {
     const std::vector<std::string> texts = app::DisplayOf(row.item);
     QTreeWidgetItem* widget = row.widget;
@@ -855,7 +863,7 @@ void MainWindow::EditItem(QTreeWidgetItem* widget) {
     if (saved_position_ > position_) saved_position_ = SIZE_MAX;  // the saved state is gone
     position_ = history_.size();
   }
-  RefreshRows();
+  RefreshRows(&top);
   RefreshTitle();
   ShowVariable(variables_->currentItem());
 }
@@ -864,7 +872,7 @@ bool MainWindow::Undo() {
   if (position_ == 0) return false;
   --position_;
   RunGuarded("Undo", [&] { Restore(history_[position_].top, history_[position_].before); });
-  RefreshRows();
+  RefreshRows(&history_[position_].top);
   RefreshTitle();
   return true;
 }
@@ -872,8 +880,8 @@ bool MainWindow::Undo() {
 bool MainWindow::Redo() {
   if (position_ >= history_.size()) return false;
   RunGuarded("Redo", [&] { Restore(history_[position_].top, history_[position_].after); });
+  RefreshRows(&history_[position_].top);
   ++position_;
-  RefreshRows();
   RefreshTitle();
   return true;
 }

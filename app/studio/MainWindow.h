@@ -2,6 +2,7 @@
 
 #include <QMainWindow>
 #include <QMenu>
+#include <map>
 #include <memory>
 #include <optional>
 #include <set>
@@ -107,7 +108,8 @@ class MainWindow final : public QMainWindow {
   void Populate();
   void AddRows(QTreeWidget* tree, QTreeWidgetItem* parent, const app::ItemRef& item,
                const app::ItemRef& top);
-  void RefreshRows();
+  // Redraws every row; the findings of changed only (a top item) when given, else of all.
+  void RefreshRows(const app::ItemRef* changed = nullptr);
   // Fits the panes' columns to their widths, but for a pane whose columns the user sized.
   void FitAllColumns();
   void RefreshTitle();
@@ -173,6 +175,7 @@ class MainWindow final : public QMainWindow {
   QLineEdit* filter_ = nullptr;
   QMenu* recent_menu_ = nullptr;
   std::set<QTreeWidget*> sized_by_user_;
+  std::map<std::string, std::vector<Finding>> findings_;  // by item or field path
   bool fitting_ = false;
 };
 

@@ -39,10 +39,10 @@ bool EndsWith(const std::string& text, const std::string& end) {
 // "state" of "mon1_state".
 std::string Suffix(const std::string& name) { return name.substr(name.rfind('_') + 1); }
 
+// At least two digits: "07", "23", "123".
 std::string Two(int number) {
-  char text[8];
-  std::snprintf(text, sizeof text, "%02d", number);
-  return text;
+  const std::string digits = std::to_string(number);
+  return number >= 0 && number < 10 ? "0" + digits : digits;
 }
 
 // The states of an enumeration type as (number, name).

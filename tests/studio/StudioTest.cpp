@@ -520,6 +520,11 @@ class StudioTest : public QObject {
     QCOMPARE(setpoint->text(MainWindow::kValue), QString("20 °C"));
     QVERIFY(setpoint->toolTip(MainWindow::kName).isEmpty());
     QVERIFY(setpoint->icon(MainWindow::kName).isNull());
+    // Taken back, the value is marked again; made again, it is not.
+    QVERIFY(window_->Undo());
+    QVERIFY(setpoint->toolTip(MainWindow::kName).contains("[value-above-maximum]"));
+    QVERIFY(window_->Redo());
+    QVERIFY(setpoint->toolTip(MainWindow::kName).isEmpty());
   }
 
   // File, Compare With: the values saved before an edit differ from the profile in that value
