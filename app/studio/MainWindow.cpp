@@ -216,6 +216,13 @@ void MainWindow::BuildMenus() {
   file->addAction("&Open Profile...", QKeySequence::Open, this,
                   [this] { AskOpen(&ProfileFiles::profile, "Open Profile"); });
   file->addAction("Import &Device Interface...", this, [this] { AskImportDevice(); });
+  // Also under Device, beside the program identifier it carries.
+  QAction* generate = file->addAction("Export Device &Interface...", this, [this] {
+    const QString path = QFileDialog::getSaveFileName(this, "Export Device Interface", {},
+                                                      "Device interface files (*.xif)");
+    if (!path.isEmpty()) GenerateDeviceInterface(path.toStdString());
+  });
+  generate->setObjectName("exportDeviceInterface");
   file->addAction("&Apply Values...", this, [this] {
     const QString path = QFileDialog::getOpenFileName(this, "Apply Values", {}, "XML (*.xml)");
     if (!path.isEmpty()) ApplyValues(path.toStdString());
@@ -260,11 +267,7 @@ void MainWindow::BuildMenus() {
 
   QMenu* device = menuBar()->addMenu("&Device");
   device->addAction("&Program ID...", this, [this] { ChangeProgramId(); });
-  device->addAction("&Generate Device Interface...", this, [this] {
-    const QString path = QFileDialog::getSaveFileName(this, "Generate Device Interface", {},
-                                                      "Device interface files (*.xif)");
-    if (!path.isEmpty()) GenerateDeviceInterface(path.toStdString());
-  });
+  device->addAction(generate);
 
   QMenu* help = menuBar()->addMenu("&Help");
   help->addAction("&About Kolvane Studio", this, [this] {
@@ -944,7 +947,7 @@ bool MainWindow::GenerateDeviceInterface(const std::string& path) {
   if (!profile_) return false;
   std::vector<std::string> written;
   std::string refused;
-  RunGuarded("Generate Device Interface", [&] {
+  RunGuarded("Export Device Interface", [&] {
     auto generator = CreateObjectAs<IXIFAndTypesGen>("TarnXIFandTypesGen.XIFAndTypesGen");
     generator->Source("Profile");
     generator->XifFile(path);
@@ -958,7 +961,7 @@ bool MainWindow::GenerateDeviceInterface(const std::string& path) {
   });
   if (!refused.empty()) {
     messages_->appendPlainText(QString::fromStdString("Device interface not written: " + refused));
-    QMessageBox::warning(this, "Generate Device Interface", QString::fromStdString(refused));
+    QMessageBox::warning(this, "Export Device Interface", QString::fromStdString(refused));
     return false;
   }
   for (const std::string& line : written) {
