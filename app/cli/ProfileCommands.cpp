@@ -7,6 +7,9 @@
 #include <set>
 #include <sstream>
 
+#include <sys/ioctl.h>
+#include <unistd.h>
+
 #include "Commands.h"
 #include "DeviceFiles.h"
 #include "Documents.h"
@@ -28,6 +31,18 @@
 namespace kolvane::cli {
 
 namespace {
+
+// The columns of the terminal standard output writes to ($COLUMNS when set); 0 when it
+// writes to no terminal.
+size_t TerminalWidth() {
+  if (isatty(STDOUT_FILENO) != 1) return 0;
+  if (const char* columns = std::getenv("COLUMNS")) {
+    const long given = std::strtol(columns, nullptr, 10);
+    if (given > 0) return static_cast<size_t>(given);
+  }
+  winsize size{};
+  return ioctl(STDOUT_FILENO, TIOCGWINSZ, &size) == 0 ? size.ws_col : 0;
+}
 
 struct Counts {
   int32_t inputs = 0;
@@ -267,6 +282,8 @@ int RunShow(const ShowOptions& options, std::ostream& out, std::ostream& err) {
   table.Limit(4, 40);
   table.Limit(6, 32);
   for (const ItemRef& item : items) AddRows(table, item, "");
+  // On a terminal the value, default, limits and raw columns share what its width leaves.
+  if (const size_t width = TerminalWidth(); width > 0) table.FitTo(width, {3, 4, 5, 6});
   out << "Profile " << profile->IProfile_Name() << "\n\n";
   table.Print(out);
   const auto counted = [](int32_t count, const char* one, const char* many) {

@@ -152,6 +152,11 @@ void Table::AddRow(std::vector<std::string> cells, std::string note) {
   rows_.push_back({std::move(cells), std::move(note)});
 }
 
+void Table::FitTo(size_t width, std::vector<size_t> narrowable) {
+  fit_width_ = width;
+  narrowable_ = std::move(narrowable);
+}
+
 void Table::Print(std::ostream& out, size_t width) const {
   std::vector<size_t> widths(header_.size());
   for (size_t i = 0; i < header_.size(); ++i) widths[i] = DisplayWidth(header_[i]);
@@ -160,9 +165,29 @@ void Table::Print(std::ostream& out, size_t width) const {
       widths[i] = std::max(widths[i], DisplayWidth(row.cells[i]));
     }
   }
-  PrintCells(out, header_, widths);
+  if (fit_width_ > 0) {
+    constexpr size_t kNarrowest = 10;
+    size_t total = widths.empty() ? 0 : 2 * (widths.size() - 1);
+    for (const size_t column : widths) total += column;
+    while (total > fit_width_) {
+      size_t* widest = nullptr;
+      for (const size_t i : narrowable_) {
+        if (i < widths.size() && widths[i] > kNarrowest && (!widest || widths[i] > *widest)) {
+          widest = &widths[i];
+        }
+      }
+      if (!widest) break;  // as narrow as the columns go
+      --*widest;
+      --total;
+    }
+  }
+  const auto fitted = [&](std::vector<std::string> cells) {
+    for (size_t i = 0; i < cells.size() && i < widths.size(); ++i) cells[i] = Fitted(cells[i], widths[i]);
+    return cells;
+  };
+  PrintCells(out, fitted(header_), widths);
   for (const Row& row : rows_) {
-    PrintCells(out, row.cells, widths);
+    PrintCells(out, fitted(row.cells), widths);
     if (!row.note.empty()) PrintNote(out, row.note, width);
   }
 }

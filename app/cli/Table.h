@@ -19,6 +19,10 @@ class Table {
   // Cuts the cells of a column added from now on at columns.
   void Limit(size_t column, size_t columns);
 
+  // Narrows the columns listed, widest first and to no fewer than 10 columns each, so that the
+  // printed lines fit width (a terminal's); cells cut end in an ellipsis. 0 fits nothing.
+  void FitTo(size_t width, std::vector<size_t> narrowable);
+
   // Writes the table; notes are wrapped at width columns.
   void Print(std::ostream& out, size_t width = 100) const;
 
@@ -30,6 +34,8 @@ class Table {
   std::vector<std::string> header_;
   std::vector<size_t> limits_;
   std::vector<Row> rows_;
+  size_t fit_width_ = 0;
+  std::vector<size_t> narrowable_;
 };
 
 // Columns a terminal gives a UTF-8 text: one a character, two a wide East Asian one.

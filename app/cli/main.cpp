@@ -58,7 +58,7 @@ int main(int argc, char** argv) {
   CLI::App* show_command = app.add_subcommand(
       "show",
       "Every network variable and configuration property: type, value, default, limits, "
-      "raw bytes, fields; then the counts.");
+      "raw bytes, fields; then the counts. On a terminal the table fits its width.");
   AddProfile(show_command, show.profile);
   AddCommonOptions(show_command, show.common, true);
 
