@@ -1,6 +1,6 @@
 #include "ProfileItems.h"
 
-#include <functional>
+#include <algorithm>
 #include <sstream>
 
 #include "conversion/SNVTDataConversion.h"
@@ -34,6 +34,15 @@ std::vector<ItemRef> FieldsOf(const ItemRef& item) {
   return fields;
 }
 
+std::vector<ItemRef> LeavesOf(const ItemRef& item) {
+  if (!item.fields) return {item};
+  std::vector<ItemRef> leaves;
+  for (const ItemRef& field : FieldsOf(item)) {
+    for (ItemRef& leaf : LeavesOf(field)) leaves.push_back(std::move(leaf));
+  }
+  return leaves;
+}
+
 RawBytes RawBytesOf(const ItemRef& item) { return CheckedRawBytes(item.object); }
 
 std::string RawColumnOf(const ItemRef& item) {
@@ -46,11 +55,9 @@ namespace {
 // Whether a leaf, or any leaf below a structure, holds a text read by text_of. A structure's own
 // value getter is not called: it writes the fields.
 bool HasLeafText(const ItemRef& item, std::string (*text_of)(const ItemRef&)) {
-  if (!item.fields) return !text_of(item).empty();
-  for (const ItemRef& field : FieldsOf(item)) {
-    if (HasLeafText(field, text_of)) return true;
-  }
-  return false;
+  const auto leaves = LeavesOf(item);
+  return std::any_of(leaves.begin(), leaves.end(),
+                     [&](const ItemRef& leaf) { return !text_of(leaf).empty(); });
 }
 
 }  // namespace
@@ -151,18 +158,15 @@ constexpr const char* kOptionNames[] = {"SendOnDelta", "RcvHrtBtEnable"};
 }  // namespace
 
 std::string ValuesDocumentTextUnchanged(IProfile& profile, bool interoperability) {
-  // The leaves' values: a structure's own value is made of them.
+  // The fields' values: a structure's own value is made of them.
   std::vector<std::pair<std::shared_ptr<IField>, std::string>> held;
-  const std::function<void(const ItemRef&)> keep = [&](const ItemRef& item) {
-    for (const ItemRef& field : FieldsOf(item)) {
-      if (field.fields) {
-        keep(field);
-      } else if (const auto leaf = std::dynamic_pointer_cast<IField>(field.object)) {
-        held.emplace_back(leaf, leaf->IField_Value());
+  for (const ItemRef& item : TopItems(profile)) {
+    for (const ItemRef& leaf : LeavesOf(item)) {
+      if (const auto field = std::dynamic_pointer_cast<IField>(leaf.object)) {
+        held.emplace_back(field, field->IField_Value());
       }
     }
-  };
-  for (const ItemRef& item : TopItems(profile)) keep(item);
+  }
   const std::string text = ValuesDocumentText(profile, interoperability);
   for (const auto& [leaf, value] : held) {
     if (leaf->IField_Value() != value) leaf->IField_Value(value);

@@ -25,6 +25,10 @@ std::vector<ItemRef> TopItems(const IProfile& profile);
 // The fields of an item, with their paths below it.
 std::vector<ItemRef> FieldsOf(const ItemRef& item);
 
+// The leaves of an item in field order: its fields', theirs below them, or the item itself when
+// it has no fields.
+std::vector<ItemRef> LeavesOf(const ItemRef& item);
+
 // Display texts: value, default, minimum, maximum; blanks trimmed, empty where a getter fails.
 std::vector<std::string> DisplayOf(const ItemRef& item);
 

@@ -810,31 +810,14 @@ namespace {
 // The values an item holds: its value, or a structure's leaf fields' values in order.
 std::vector<std::string> Snapshot(const app::ItemRef& item) {
   std::vector<std::string> values;
-  if (!item.fields) {
-    if (auto nv = std::dynamic_pointer_cast<INetworkVariable>(item.object)) {
-      values.push_back(nv->INetworkVariable_Value());
-    } else if (auto cp = std::dynamic_pointer_cast<IConfigProperty>(item.object)) {
-      values.push_back(cp->IConfigProperty_Value());
-    } else if (auto field = std::dynamic_pointer_cast<IField>(item.object)) {
-      values.push_back(field->IField_Value());
-    }
-    return values;
-  }
-  for (const app::ItemRef& field : app::FieldsOf(item)) {
-    const auto inner = Snapshot(field);
-    values.insert(values.end(), inner.begin(), inner.end());
-  }
+  for (const app::ItemRef& leaf : app::LeavesOf(item)) values.push_back(app::LeafValueOf(leaf));
   return values;
 }
 
-// Puts back what Snapshot took; returns the values used.
-size_t Restore(const app::ItemRef& item, const std::vector<std::string>& values, size_t at = 0) {
-  if (!item.fields) {
-    if (at < values.size()) app::SetValueOf(item, values[at]);
-    return at + 1;
-  }
-  for (const app::ItemRef& field : app::FieldsOf(item)) at = Restore(field, values, at);
-  return at;
+// Puts back what Snapshot took.
+void Restore(const app::ItemRef& item, const std::vector<std::string>& values) {
+  const std::vector<app::ItemRef> leaves = app::LeavesOf(item);
+  for (size_t i = 0; i < leaves.size() && i < values.size(); ++i) app::SetValueOf(leaves[i], values[i]);
 }
 
 }  // namespace
