@@ -55,25 +55,18 @@ Counts CountItems(const IProfile& profile) {
           profile.IProfile_NumberCPs()};
 }
 
-std::string TypeName(const ItemRef& item) { return item.type ? item.type->ISNVType_ID() : ""; }
-
-bool IsNumber(const ItemRef& item) { return item.type && IsNumeric(KindOf(*item.type)); }
-
-// The converter a host gets, for texts in the chosen display units.
-std::shared_ptr<IUnitConverter> Converter() {
-  return CreateObjectAs<IUnitConverter>("UnitManager.Converter");
-}
+bool IsNumber(const ItemRef& item) { return app::IsNumberType(item.type.get()); }
 
 // The display unit of a number item; empty for other kinds.
 std::string UnitOf(const ItemRef& item) {
-  return IsNumber(item) ? Converter()->DisplayUnits(TypeName(item)) : "";
+  return IsNumber(item) ? app::DisplayConverter()->DisplayUnits(app::TypeIdOf(item)) : "";
 }
 
 void AddRows(Table& table, const ItemRef& item, const std::string& indent) {
   const auto texts = DisplayOf(item);
   const std::string limits = app::EnforcedLimitsOf(item, texts);
   table.AddRow({indent + item.path.substr(item.path.rfind('.') + 1),
-                indent.empty() ? item.kind : "", TypeName(item), texts[0], texts[1], limits,
+                indent.empty() ? item.kind : "", app::TypeIdOf(item), texts[0], texts[1], limits,
                 RawColumnOf(item)});
   for (const ItemRef& field : FieldsOf(item)) AddRows(table, field, indent + "  ");
 }
@@ -85,7 +78,7 @@ void WriteItem(JsonWriter& json, const ItemRef& item) {
   json.BeginObject()
       .Member("path", item.path)
       .Member("kind", item.kind)
-      .Member("type", TypeName(item))
+      .Member("type", app::TypeIdOf(item))
       .Member("value", texts[0])
       .Member("default", texts[1])
       .Member("minimum", texts[2])
@@ -302,15 +295,10 @@ int RunGet(const GetOptions& options, std::ostream& out, std::ostream& err) {
   const ItemRef item = session.LoadItem(options.profile, options.item, profile);
   if (!item.object) return 1;
   // A number in the chosen display units; a structure as its fields show.
-  std::string value = ValueOf(item);
-  if (item.fields) {
-    value = DisplayOf(item)[0];
-  } else if (IsNumber(item) && value != "Invalid" && !value.empty()) {
-    value = Converter()->ToDisplayUnits(TypeName(item), value);
-  }
+  const std::string value = app::ExportedValueOf(item);
   if (options.common.json) {
     JsonWriter json(out);
-    json.BeginObject().Member("path", item.path).Member("type", TypeName(item));
+    json.BeginObject().Member("path", item.path).Member("type", app::TypeIdOf(item));
     const RawBytes bytes = RawBytesOf(item);
     json.Member("value", value).Member("unit", UnitOf(item)).Member("raw", bytes.raw);
     if (!bytes.problem.empty()) json.Member("raw_problem", bytes.problem);
@@ -484,7 +472,7 @@ int RunSave(const SaveOptions& options, std::ostream& out, std::ostream& err) {
     SetValueOf(item, value);
     if (const RawBytes bytes = RawBytesOf(item); !bytes.problem.empty()) {
       err << "kolvane: error: " << item.path << ": \"" << value << "\" does not fit SNVT_"
-          << TypeName(item) << ": " << bytes.problem << '\n';
+          << app::TypeIdOf(item) << ": " << bytes.problem << '\n';
       return 1;
     }
   }

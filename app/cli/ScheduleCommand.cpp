@@ -64,7 +64,7 @@ int RunSchedule(const ScheduleOptions& options, std::ostream& out, std::ostream&
   if (!item.object) return 1;
   std::string error;
   const auto property = std::dynamic_pointer_cast<CConfigProperty>(item.object);
-  const std::string type = item.type ? item.type->ISNVType_ID() : "";
+  const std::string type = app::TypeIdOf(item);
   Schedule program;
   try {
     if (!property) RaiseError(ErrorNumber::kInvalidProcedureCall, "only a property holds a schedule");

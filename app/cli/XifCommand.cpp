@@ -19,8 +19,6 @@ std::string HexText(unsigned value, int digits) {
   return text;
 }
 
-std::string TypeName(const ItemRef& item) { return item.type ? item.type->ISNVType_ID() : ""; }
-
 }  // namespace
 
 int RunXifImport(const XifOptions& options, std::ostream& out, std::ostream& err) {
@@ -90,7 +88,7 @@ int RunXifShow(const XifOptions& options, std::ostream& out, std::ostream& err) 
     for (const ItemRef& item : items) {
       const RawBytes bytes = RawBytesOf(item);
       json.BeginObject().Member("path", item.path).Member("kind", item.kind);
-      json.Member("type", TypeName(item)).Member("value", DisplayOf(item)[0]);
+      json.Member("type", app::TypeIdOf(item)).Member("value", DisplayOf(item)[0]);
       json.Member("raw", bytes.raw).EndObject();
     }
     json.EndArray().Key("notes").BeginArray();
@@ -122,7 +120,7 @@ int RunXifShow(const XifOptions& options, std::ostream& out, std::ostream& err) 
   out << '\n';
   Table table({"Item", "Kind", "Type", "Value", "Raw"});
   for (const ItemRef& item : items) {
-    table.AddRow({item.path, item.kind, TypeName(item), DisplayOf(item)[0], RawColumnOf(item)});
+    table.AddRow({item.path, item.kind, app::TypeIdOf(item), DisplayOf(item)[0], RawColumnOf(item)});
   }
   table.Print(out);
   for (const std::string& note : session.import_notes()) out << "note: " << note << '\n';

@@ -6,14 +6,12 @@
 #include <sstream>
 
 #include "Files.h"
+#include "foundation/Text.h"
 
 namespace kolvane::app {
 
 bool IsDeviceFile(const std::string& path) {
-  std::string extension = std::filesystem::path(path).extension().string();
-  std::transform(extension.begin(), extension.end(), extension.begin(),
-                 [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
-  return extension == ".xif";
+  return EqualsNoCase(std::filesystem::path(path).extension().string(), ".xif");
 }
 
 std::string DeviceName(const xif::DeviceInterface& device, const std::string& path) {

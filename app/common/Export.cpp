@@ -23,7 +23,7 @@ std::string ValueText(const ItemRef& item) {
 
 // One row of an item: texts in the chosen display units, a number's unit in a column of its own.
 std::vector<std::string> RowOf(const ItemRef& item, const std::string& direction) {
-  const std::string id = item.type ? item.type->ISNVType_ID() : "";
+  const std::string id = TypeIdOf(item);
   const RawBytes bytes = RawBytesOf(item);
   if (!item.fields && IsNumberType(item.type.get())) {
     std::string default_value;

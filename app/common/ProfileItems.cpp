@@ -24,6 +24,8 @@ std::vector<ItemRef> TopItems(const IProfile& profile) {
   return items;
 }
 
+std::string TypeIdOf(const ItemRef& item) { return item.type ? item.type->ISNVType_ID() : ""; }
+
 std::vector<ItemRef> FieldsOf(const ItemRef& item) {
   std::vector<ItemRef> fields;
   if (!item.fields) return fields;
@@ -45,10 +47,11 @@ std::vector<ItemRef> LeavesOf(const ItemRef& item) {
 
 RawBytes RawBytesOf(const ItemRef& item) { return CheckedRawBytes(item.object); }
 
-std::string RawColumnOf(const ItemRef& item) {
-  const RawBytes bytes = RawBytesOf(item);
+std::string RawColumnOf(const RawBytes& bytes) {
   return bytes.problem.empty() ? bytes.raw : "! " + bytes.problem;
 }
+
+std::string RawColumnOf(const ItemRef& item) { return RawColumnOf(RawBytesOf(item)); }
 
 namespace {
 

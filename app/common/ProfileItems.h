@@ -22,6 +22,9 @@ struct ItemRef {
 // Every network variable, then every configuration property, in profile order.
 std::vector<ItemRef> TopItems(const IProfile& profile);
 
+// The item's type identifier ("temp_p"); empty without a type.
+std::string TypeIdOf(const ItemRef& item);
+
 // The fields of an item, with their paths below it.
 std::vector<ItemRef> FieldsOf(const ItemRef& item);
 
@@ -36,6 +39,7 @@ std::vector<std::string> DisplayOf(const ItemRef& item);
 RawBytes RawBytesOf(const ItemRef& item);
 
 // The raw bytes as a column shows them: the hexadecimal text, or "! " and why there is none.
+std::string RawColumnOf(const RawBytes& bytes);
 std::string RawColumnOf(const ItemRef& item);
 
 // "minimum .. maximum" from DisplayOf's texts; empty for a structure (its fields have limits)

@@ -697,12 +697,6 @@ void MainWindow::closeEvent(QCloseEvent* event) {
   }
 }
 
-QStringList MainWindow::ShownValues() const {
-  QStringList texts;
-  for (const Row& row : rows_) texts << row.widget->text(kValue) << row.widget->text(kRaw);
-  return texts;
-}
-
 void MainWindow::Populate() {
   rows_.clear();
   findings_.clear();
@@ -779,7 +773,7 @@ void MainWindow::RefreshRows(const app::ItemRef* changed) {
     // Columns may cut their texts: the tooltips have them whole.
     widget->setToolTip(kDefault, QString::fromStdString(texts[1]));
     const RawBytes bytes = app::RawBytesOf(row.item);
-    widget->setText(kRaw, QString::fromStdString(app::RawColumnOf(row.item)));
+    widget->setText(kRaw, QString::fromStdString(app::RawColumnOf(bytes)));
     widget->setToolTip(kRaw, QString::fromStdString(bytes.problem.empty() ? bytes.raw : bytes.problem));
     QStringList lines;
     bool error = false;

@@ -131,8 +131,6 @@ class MainWindow final : public QMainWindow {
   bool AskSaveProfile(bool always_ask);
   // True when nothing the user changed would be lost, after asking to save what would.
   bool ConfirmDiscard();
-  // Value and raw texts of every row as shown.
-  QStringList ShownValues() const;
   void ReportLoad(const std::vector<std::string>& messages);
   // The export rows of the profile file at path, loaded on a thread of its own so that the
   // library's state of the open profile stays; nothing, with why in error, when it fails.

@@ -4,6 +4,7 @@
 #include <sstream>
 
 #include "foundation/HostServices.h"
+#include "foundation/Text.h"
 
 namespace kolvane {
 
@@ -19,18 +20,13 @@ constexpr char kTitle[] = "Schedule";
 
 void Warn(const std::string& text) { MsgBox(text, vbExclamation, kTitle); }
 
-std::string Trim(const std::string& text) {
-  const size_t first = text.find_first_not_of(' ');
-  if (first == std::string::npos) return "";
-  return text.substr(first, text.find_last_not_of(' ') - first + 1);
-}
+std::string Trim(const std::string& text) { return std::string(TrimBlanks(text)); }
 
 // The weekdays "tue,thu" or "mon-fri" name, as indices; false after a message.
 bool DaysNamed(const std::string& text, std::vector<size_t>& indices) {
   const auto& week = schedule::WeekDays();
   const auto index_of = [&](std::string name) -> std::optional<size_t> {
-    name = Trim(name);
-    std::transform(name.begin(), name.end(), name.begin(), [](unsigned char c) { return std::tolower(c); });
+    name = ToLower(TrimBlanks(name));
     for (size_t i = 0; i < week.size(); ++i) {
       if (name.size() >= 3 && name.compare(0, 3, week[i]) == 0) return i;
     }
