@@ -24,14 +24,6 @@ std::optional<double> NumberOf(std::string text) {
   }
 }
 
-std::vector<uint8_t> Bytes(const std::string& hex) {
-  std::vector<uint8_t> bytes;
-  for (size_t i = 0; i + 1 < hex.size(); i += 2) {
-    bytes.push_back(static_cast<uint8_t>(std::stoi(hex.substr(i, 2), nullptr, 16)));
-  }
-  return bytes;
-}
-
 bool CheckNumber(const ItemRef& item, const std::string& typed, std::string& value,
                  std::string& error) {
   const std::string id = item.type->ISNVType_ID();
@@ -85,7 +77,7 @@ bool CheckNumber(const ItemRef& item, const std::string& typed, std::string& val
   // What is stored is what the type holds, in one form in either unit system: 21.504 °C is
   // 21.5, the value of its bytes.
   try {
-    value = SNVTDataConversion::RawToValue(Bytes(SNVTDataConversion::CheckedValueToRaw(value, *item.type)),
+    value = SNVTDataConversion::RawToValue(SNVTDataConversion::HexToBytes(SNVTDataConversion::CheckedValueToRaw(value, *item.type)),
                                            *item.type);
   } catch (const Error&) {
     // Left to the raw check below, which names why.

@@ -5,6 +5,8 @@
 
 #include <pugixml.hpp>
 
+#include "foundation/Files.h"
+
 namespace kolvane::app {
 
 // A bundled example file (snvts.xml, nvotable.xml, profile.xml): installed beside the running
@@ -24,11 +26,7 @@ std::shared_ptr<pugi::xml_document> ReadDocument(const std::string& path,
                                                  const std::string& file_name,
                                                  const std::string& root, std::string& error);
 
-// Writes text to path through a temporary file in the same folder and a rename, so that the
-// file is either the old one or the whole new one, with the old one's permissions. A path that
-// exists and is not a regular file (/dev/stdout, a pipe) is written through, never replaced; a
-// symbolic link is replaced, never followed. An interrupt or termination during the write
-// removes the temporary file. False with the reason in error.
-bool WriteFileAtomically(const std::string& path, const std::string& text, std::string& error);
+// The library's atomic file write.
+using ::kolvane::WriteFileAtomically;
 
 }  // namespace kolvane::app

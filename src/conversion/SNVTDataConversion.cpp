@@ -265,6 +265,14 @@ std::string EnumStateName(const std::string& value, const std::string& descripti
   }
 }
 
+std::vector<uint8_t> HexToBytes(const std::string& hex) {
+  std::vector<uint8_t> bytes;
+  for (size_t i = 0; i + 1 < hex.size(); i += 2) {
+    bytes.push_back(static_cast<uint8_t>(std::stoi(hex.substr(i, 2), nullptr, 16)));
+  }
+  return bytes;
+}
+
 std::string StateNameOf(const std::string& value, const std::string& description) {
   std::string_view rest = description;
   // Entries end in ";", as EnumStateName reads them: an unterminated last one names nothing.

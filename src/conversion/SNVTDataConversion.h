@@ -57,6 +57,9 @@ std::string CheckedValueToRaw(const std::string& value, const ISNVType& type);
 // NaN. Error 5 when the bytes are not the type's length or the type is a structure.
 std::string RawToValue(const std::vector<uint8_t>& bytes, const ISNVType& type);
 
+// The bytes of a raw hexadecimal text ("0866"), two digits a byte; a last odd digit is left.
+std::vector<uint8_t> HexToBytes(const std::string& hex);
+
 // The fixed pattern "Invalid" is written as: signed 7F or 7FFF, unsigned FF or FFFF (whatever the
 // length), float 7F810000; empty for the other kinds.
 std::string InvalidPattern(TypeKind kind, int32_t length);

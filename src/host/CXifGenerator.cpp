@@ -1,9 +1,5 @@
 #include "host/CXifGenerator.h"
 
-#include <fcntl.h>
-#include <sys/stat.h>
-#include <unistd.h>
-
 #include <algorithm>
 #include <cerrno>
 #include <cstring>
@@ -15,7 +11,9 @@
 #include <sstream>
 
 #include "conversion/RawBytes.h"
+#include "conversion/SNVTDataConversion.h"
 #include "foundation/Error.h"
+#include "foundation/Files.h"
 #include "foundation/Globals.h"
 #include "foundation/HostServices.h"
 #include "interfaces/IConfigProperties.h"
@@ -222,28 +220,11 @@ std::string NodeDoc() {
   return facts.attribute("SelfDoc").value();
 }
 
-std::vector<uint8_t> HexBytes(const std::string& hex) {
-  std::vector<uint8_t> bytes;
-  for (size_t i = 0; i + 1 < hex.size(); i += 2) {
-    bytes.push_back(static_cast<uint8_t>(std::stoi(hex.substr(i, 2), nullptr, 16)));
-  }
-  return bytes;
-}
-
-// Writes text to path through a temporary file beside it and a rename.
+// Writes text to path atomically; error 5 with why when it cannot.
 void WriteAtomically(const std::filesystem::path& path, const std::string& text) {
-  std::string temporary = (path.parent_path() / ("." + path.filename().string() + ".XXXXXX")).string();
-  const int fd = mkstemp(temporary.data());
-  if (fd < 0) RaiseError(ErrorNumber::kInvalidProcedureCall, path.string() + ": " + std::strerror(errno));
-  const mode_t mask = umask(0);
-  umask(mask);
-  fchmod(fd, 0666 & ~mask);
-  const bool written = write(fd, text.data(), text.size()) == static_cast<ssize_t>(text.size());
-  const bool closed = close(fd) == 0;
-  if (!written || !closed || std::rename(temporary.c_str(), path.c_str()) != 0) {
-    const std::string reason = std::strerror(errno);
-    unlink(temporary.c_str());
-    RaiseError(ErrorNumber::kInvalidProcedureCall, path.string() + ": " + reason);
+  std::string error;
+  if (!WriteFileAtomically(path.string(), text, error)) {
+    RaiseError(ErrorNumber::kInvalidProcedureCall, error);
   }
 }
 
@@ -340,7 +321,7 @@ xif::DeviceInterface CXifGenerator::Build(const IProfile& profile, const std::st
       const RawBytes bytes = CheckedRawBytes(record.item);
       if (!bytes.problem.empty()) refuse(record.name + ": " + bytes.problem);
       if (bytes.raw.empty()) refuse(record.name + ": no value");
-      const auto raw = HexBytes(bytes.raw);
+      const auto raw = SNVTDataConversion::HexToBytes(bytes.raw);
       if (static_cast<int>(raw.size()) != variable.TotalSize()) {
         refuse(record.name + ": " + std::to_string(raw.size()) + " bytes for " +
                std::to_string(variable.TotalSize()) + " of its element lines");
