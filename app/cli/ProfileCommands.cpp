@@ -22,6 +22,7 @@
 #include "conversion/ValueCodec.h"
 #include "host/CXifGenerator.h"
 #include "items/ItemCore.h"
+#include "foundation/Characters.h"
 #include "foundation/Error.h"
 #include "foundation/Numbers.h"
 #include "foundation/Text.h"
@@ -318,12 +319,8 @@ std::string TextProblem(const std::string& text) {
     if (byte < 0x20 && byte != '\t') {
       return "the value holds control character " + std::to_string(byte) + ", which XML cannot hold";
     }
-    size_t length = byte < 0x80 ? 1 : (byte >> 5) == 0x6 ? 2 : (byte >> 4) == 0xE ? 3 : (byte >> 3) == 0x1E ? 4 : 0;
-    bool valid = length > 0 && i + length <= text.size();
-    for (size_t k = 1; valid && k < length; ++k) {
-      valid = (static_cast<unsigned char>(text[i + k]) & 0xC0) == 0x80;
-    }
-    if (!valid) {
+    const size_t length = Utf8SequenceLength(std::string_view(text).substr(i));
+    if (length == 0) {
       return "the value is not UTF-8 at byte " + std::to_string(i + 1) +
              " (save the file as UTF-8)";
     }

@@ -64,6 +64,12 @@ class AnsiConverter {
 
 }  // namespace
 
+size_t Utf8SequenceLength(std::string_view text) {
+  if (text.empty()) return 0;
+  const size_t length = SequenceLength(text);
+  return IsValidSequence(text, length) ? length : 0;
+}
+
 size_t CharacterCount(std::string_view text) {
   size_t count = 0;
   while (!text.empty()) {

@@ -9,6 +9,10 @@
 // code page that device texts use.
 namespace kolvane {
 
+// Length in bytes of the well-formed UTF-8 sequence that starts text (no overlong two-byte
+// form, nothing past U+10FFFF); 0 when none does.
+size_t Utf8SequenceLength(std::string_view text);
+
 // Number of characters (code points) of a UTF-8 text; each invalid byte counts as one.
 size_t CharacterCount(std::string_view text);
 
