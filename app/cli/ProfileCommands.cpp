@@ -11,6 +11,7 @@
 #include <unistd.h>
 
 #include "Commands.h"
+#include "Compare.h"
 #include "DeviceFiles.h"
 #include "Documents.h"
 #include "Items.h"
@@ -424,11 +425,9 @@ int RunSave(const SaveOptions& options, std::ostream& out, std::ostream& err) {
   // A values document saved before: a day's edits resumed.
   if (!options.values_document.empty()) {
     std::string error;
-    const auto values = app::ReadDocument(options.values_document, "", "", error);
-    if (!values || !values->select_node("//ApplicationProfile")) {
-      err << "kolvane: error: "
-          << (values ? options.values_document + ": no ApplicationProfile: not a values document" : error)
-          << '\n';
+    const auto values = app::ReadValuesDocument(options.values_document, error);
+    if (!values) {
+      err << "kolvane: error: " << error << '\n';
       return 1;
     }
     for (const std::string& note : app::ApplyValues(*profile, *values)) {

@@ -40,6 +40,15 @@ DocumentKind KindOfDocument(const pugi::xml_document& document) {
   return DocumentKind::kOther;
 }
 
+std::shared_ptr<pugi::xml_document> ReadValuesDocument(const std::string& path, std::string& error) {
+  auto document = ReadDocument(path, "", "", error);
+  if (document && KindOfDocument(*document) != DocumentKind::kValues) {
+    error = path + ": no ApplicationProfile: not a values document";
+    return nullptr;
+  }
+  return document;
+}
+
 std::optional<ComparedFile> ReadComparedFile(const std::string& path, std::string& error) {
   if (IsDeviceFile(path)) return ComparedFile{DocumentKind::kProfile, nullptr};
   auto document = ReadDocument(path, "", "", error);

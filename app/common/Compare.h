@@ -14,6 +14,10 @@ namespace kolvane::app {
 enum class DocumentKind { kProfile, kValues, kOther };
 DocumentKind KindOfDocument(const pugi::xml_document& document);
 
+// Reads a values document ("ApplicationProfile" of "ApPoint" records); nullptr with why in
+// error when the file cannot be read or is none.
+std::shared_ptr<pugi::xml_document> ReadValuesDocument(const std::string& path, std::string& error);
+
 // A file to compare: a profile (a device interface file is one; its document is not read
 // here) or a values document.
 struct ComparedFile {

@@ -904,10 +904,9 @@ void MainWindow::ShowVariable(QTreeWidgetItem* current) {
 bool MainWindow::ApplyValues(const std::string& path) {
   if (!profile_) return false;
   std::string error;
-  const auto values = app::ReadDocument(path, "", "", error);
-  if (!values || !values->select_node("//ApplicationProfile")) {
-    const std::string why = values ? path + ": no ApplicationProfile: not a values document" : error;
-    QMessageBox::warning(this, "Apply Values", QString::fromStdString(why));
+  const auto values = app::ReadValuesDocument(path, error);
+  if (!values) {
+    QMessageBox::warning(this, "Apply Values", QString::fromStdString(error));
     return false;
   }
   std::vector<std::string> notes;
