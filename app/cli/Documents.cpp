@@ -1,4 +1,3 @@
-#include <iostream>
 #include "Documents.h"
 
 #include "Files.h"
@@ -15,11 +14,12 @@ std::shared_ptr<pugi::xml_document> ReadDocument(const std::string& path,
   return document;
 }
 
-bool WriteFileAtomically(const std::string& path, const std::string& text, std::ostream& err) {
-  // "-" is standard output.
+bool WriteFileAtomically(const std::string& path, const std::string& text, std::ostream& out,
+                         std::ostream& err) {
+  // "-" is the command's standard output.
   if (path == "-") {
-    std::cout << text << std::flush;
-    return static_cast<bool>(std::cout);
+    out << text << std::flush;
+    return static_cast<bool>(out);
   }
   std::string error;
   if (app::WriteFileAtomically(path, text, error)) return true;

@@ -21,7 +21,8 @@ std::shared_ptr<pugi::xml_document> ReadDocument(const std::string& path,
 // Reads the type catalogue (the bundled one when path is empty) and hands it to the library.
 bool UseCatalogue(const std::string& path, std::ostream& err);
 
-// app::WriteFileAtomically, "-" writing to standard output; false after one error line on err.
-bool WriteFileAtomically(const std::string& path, const std::string& text, std::ostream& err);
+// app::WriteFileAtomically, "-" writing to out; false after one error line on err.
+bool WriteFileAtomically(const std::string& path, const std::string& text, std::ostream& out,
+                         std::ostream& err);
 
 }  // namespace kolvane::cli

@@ -484,7 +484,7 @@ int RunSave(const SaveOptions& options, std::ostream& out, std::ostream& err) {
     }
   }
   const std::string text = app::ValuesDocumentText(*profile, options.interoperability);
-  if (!WriteFileAtomically(options.output, text, err)) return 1;
+  if (!WriteFileAtomically(options.output, text, out, err)) return 1;
   if (options.common.json) {
     JsonWriter json(out);
     json.BeginObject().Member("written", options.output);

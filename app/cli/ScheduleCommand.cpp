@@ -104,7 +104,7 @@ int RunSchedule(const ScheduleOptions& options, std::ostream& out, std::ostream&
     program = Schedule::FromExchange(property->ScheduleExchangeText());
   }
   if (!options.output.empty()) {
-    if (!WriteFileAtomically(options.output, app::ValuesDocumentText(*profile, false), err)) return 1;
+    if (!WriteFileAtomically(options.output, app::ValuesDocumentText(*profile, false), out, err)) return 1;
   }
   if (options.common.json) {
     WriteJson(item.path, type, program, out);

@@ -35,11 +35,7 @@ int RunXifImport(const XifOptions& options, std::ostream& out, std::ostream& err
   }
   std::ostringstream text;
   imported->document->save(text, "  ", pugi::format_default, pugi::encoding_utf8);
-  if (options.output.empty() || options.output == "-") {
-    out << text.str();
-    return 0;
-  }
-  return WriteFileAtomically(options.output, text.str(), err) ? 0 : 1;
+  return WriteFileAtomically(options.output.empty() ? "-" : options.output, text.str(), out, err) ? 0 : 1;
 }
 
 int RunXifShow(const XifOptions& options, std::ostream& out, std::ostream& err) {
