@@ -230,8 +230,7 @@ void CheckDevice(const xif::DeviceInterface& device, const std::vector<std::stri
       }
       continue;
     }
-    const std::string length = internal::SnvtChildText(known->second, "LENGTH");
-    const int expected = length.empty() ? 1 : std::atoi(length.c_str());
+    const int expected = internal::DeclaredLength(known->second).value_or(1);
     if (variable.array_count == 0 && expected != variable.Size()) {
       findings.push_back({"xif-length-mismatch", true, variable.name,
                           "its element lines give " + std::to_string(variable.Size()) +

@@ -44,7 +44,8 @@ std::string Note(const CSNVTType& type) {
 // object of a structure reads none), empty when it declares none.
 std::string Bytes(const CSNVTType& type) {
   if (type.Kind() != TypeKind::kStruct) return std::to_string(type.ISNVType_Length());
-  return internal::SnvtChildText(type.ISNVType_ID(), "LENGTH");
+  const auto declared = internal::DeclaredLength(type.ISNVType_ID());
+  return declared ? std::to_string(*declared) : "";
 }
 
 }  // namespace

@@ -148,10 +148,7 @@ int SizeOf(const std::vector<Element>& elements) {
 }
 
 // The catalogue's length of a type: a structure's as its element declares it.
-int CatalogueLength(const std::string& id) {
-  const std::string length = internal::SnvtChildText(id, "LENGTH");
-  return length.empty() ? 1 : std::atoi(length.c_str());
-}
+int CatalogueLength(const std::string& id) { return internal::DeclaredLength(id).value_or(1); }
 
 // The element of an item in the profile document, by its name.
 pugi::xml_node FactsOf(const std::string& list, const std::string& name) {

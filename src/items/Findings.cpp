@@ -227,11 +227,9 @@ void CheckRawForm(const Item& item, std::vector<Finding>& findings) {
   // A structure's length as the catalogue gives it: an item's own type may sum its fields.
   size_t length = static_cast<size_t>(item.type->ISNVType_Length());
   if (item.fields) {
-    try {
-      length = static_cast<size_t>(ParseNumber(internal::SnvtChildText(TypeName(item), "LENGTH")));
-    } catch (const Error&) {
-      return;  // no length to hold the fields to
-    }
+    const auto declared = internal::DeclaredLength(TypeName(item));
+    if (!declared) return;  // no length to hold the fields to
+    length = static_cast<size_t>(*declared);
   }
   if (!bytes.raw.empty() && bytes.raw.size() != 2 * length) {
     findings.push_back({"raw-unrepresentable", true, item.path,

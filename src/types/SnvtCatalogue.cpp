@@ -1,5 +1,6 @@
 #include "types/SnvtCatalogue.h"
 
+#include <charconv>
 #include <cstdint>
 #include <memory>
 #include <string>
@@ -108,6 +109,17 @@ std::vector<std::string> SnvtIdentifiers() { return Current().identifiers; }
 uint64_t CatalogueStamp() {
   Current();
   return stamp;
+}
+
+std::optional<int32_t> DeclaredLength(std::string_view identifier) {
+  const std::string text(TrimBlanks(SnvtChildText(identifier, "LENGTH")));
+  int32_t length = 0;
+  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), length);
+  if (text.empty() || error != std::errc() || end != text.data() + text.size() || length < 0 ||
+      length > 65535) {
+    return std::nullopt;
+  }
+  return length;
 }
 
 std::string SnvtChildText(std::string_view identifier, std::string_view upper_name) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -28,6 +29,10 @@ std::vector<std::string> SnvtIdentifiers();
 // The text of the first child of the "SNVTS/SNVT_" + identifier element whose name, upper-cased,
 // is upper_name (comments skipped); empty when there is none.
 std::string SnvtChildText(std::string_view identifier, std::string_view upper_name);
+
+// The length in bytes a type's catalogue element declares ("LENGTH"; a structure's whole);
+// nothing when it declares none, or no whole number up to 65535.
+std::optional<int32_t> DeclaredLength(std::string_view identifier);
 
 // The value text of the enumeration state called name (without regard to case): the first such
 // state of the catalogue in document order; nullptr when no enumeration has it.

@@ -257,8 +257,7 @@ class Importer {
 
   // The catalogue's length of a type (a structure's as its element declares it).
   size_t CatalogueLength(const std::string& type) const {
-    const std::string length = internal::SnvtChildText(type, "LENGTH");
-    if (!length.empty()) return static_cast<size_t>(std::stoul(length));
+    if (const auto length = internal::DeclaredLength(type)) return static_cast<size_t>(*length);
     return Kind(type) == TypeKind::kEnum ? 1 : 0;
   }
 

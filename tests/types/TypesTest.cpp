@@ -17,6 +17,20 @@ std::string Summary(const CSNVTType& t) {
          t.ISNVType_InvalidValue() + "|" + t.ISNVType_Name();
 }
 
+// The declared length is a whole number of bytes, whatever the element's case or blanks; a
+// text that is none, or out of range, declares nothing.
+TEST(CatalogueLookupTest, DeclaredLengthReadsWholeBytesOnly) {
+  ScopedCatalogue catalogue(R"(<SNVTS>
+    <SNVT_a><LENGTH>4</LENGTH></SNVT_a><SNVT_b><length> 12 </length></SNVT_b>
+    <SNVT_c><LENGTH>abc</LENGTH></SNVT_c><SNVT_d><LENGTH>2.5</LENGTH></SNVT_d>
+    <SNVT_e><LENGTH>70000</LENGTH></SNVT_e><SNVT_f><LENGTH>-1</LENGTH></SNVT_f>
+    <SNVT_g><LENGTH></LENGTH></SNVT_g><SNVT_h><TYPE>Struct</TYPE></SNVT_h></SNVTS>)");
+  const std::pair<const char*, std::optional<int32_t>> cases[] = {
+      {"a", 4}, {"b", 12}, {"c", std::nullopt}, {"d", std::nullopt}, {"e", std::nullopt},
+      {"f", std::nullopt}, {"g", std::nullopt}, {"h", std::nullopt}, {"missing", std::nullopt}};
+  for (const auto& [id, length] : cases) EXPECT_EQ(internal::DeclaredLength(id), length) << id;
+}
+
 TEST(CSNVTTypeTest, EachKindReadsItsOwnData) {
   ScopedCatalogue catalogue(R"(<SNVTS>
     <SNVT_t factor="3" K4Region="2.5"><NAME>t</NAME><!-- c --><TYPE>SignedNumeric</TYPE>
