@@ -352,10 +352,9 @@ std::optional<std::string> Schedule::CheckValue(const std::string& typed, std::s
 std::string Schedule::ValueText(const std::string& value) const {
   if (value_type_.empty()) return value;
   if (IsEnum(value_type_)) {
-    for (const auto& [number, name] : StatesOf(value_type_)) {
-      if (value == number) return name;
-    }
-    return value;
+    const std::string name =
+        SNVTDataConversion::EnumStateName(value, CSNVTType::Shared(value_type_)->ISNVType_EnumDesc());
+    return name.empty() ? value : name;
   }
   const auto converter = Converter();
   const std::string unit = converter->DisplayUnits(value_type_);
