@@ -8,6 +8,7 @@
 #include "conversion/SNVTDataConversion.h"
 #include "conversion/ValueCodec.h"
 #include "cp/CConfigProperty.h"
+#include "dialogs/DataPoint.h"
 #include "foundation/Error.h"
 #include "foundation/HostServices.h"
 #include "foundation/Numbers.h"
@@ -34,17 +35,10 @@ struct Item {
 };
 
 Item Describe(const std::shared_ptr<IUnknown>& object, const std::string& path) {
-  Item item{object, path, nullptr, nullptr, false};
-  if (const auto nv = std::dynamic_pointer_cast<INetworkVariable>(object)) {
-    item.type = nv->INetworkVariable_SNVTType();
-    item.fields = nv->INetworkVariable_Fields();
-  } else if (const auto cp = std::dynamic_pointer_cast<IConfigProperty>(object)) {
-    item.type = cp->IConfigProperty_SNVTType();
-    item.fields = cp->IConfigProperty_Fields();
-  } else if (const auto field = std::dynamic_pointer_cast<IField>(object)) {
-    item.type = field->IField_SNVTType();
-    item.fields = field->IField_Fields();
-    item.field = true;
+  Item item{object, path, nullptr, nullptr, std::dynamic_pointer_cast<IField>(object) != nullptr};
+  if (const auto point = std::dynamic_pointer_cast<internal::DataPointItem>(object)) {
+    item.type = point->DataPointType();
+    item.fields = point->DataPointFields();
   }
   return item;
 }
@@ -53,20 +47,15 @@ std::string TypeName(const Item& item) { return item.type ? item.type->ISNVType_
 
 bool IsNumber(const Item& item) { return item.type && IsNumeric(KindOf(*item.type)); }
 
-// The value text: a leaf's own, a structure's as the brace text of its fields' values.
+// The value text: a leaf's own, a structure's as the brace text of its fields' values (read
+// without the structure's own getter, which writes the fields).
 std::string ValueOf(const Item& item) {
   if (item.fields) {
     return std::string(TrimBlanks(codec::StructureText(
         *item.fields, [](const IField& field) { return field.IField_Value(); })));
   }
-  if (const auto nv = std::dynamic_pointer_cast<INetworkVariable>(item.object)) {
-    return nv->INetworkVariable_Value();
-  }
-  if (const auto cp = std::dynamic_pointer_cast<IConfigProperty>(item.object)) {
-    return cp->IConfigProperty_Value();
-  }
-  if (const auto field = std::dynamic_pointer_cast<IField>(item.object)) return field->IField_Value();
-  return "";
+  const auto point = std::dynamic_pointer_cast<internal::DataPointItem>(item.object);
+  return point ? point->DataPointValue() : "";
 }
 
 // A number text of the item's own unit in display units, with the unit: "70.7 °F".
