@@ -15,7 +15,6 @@
 #include "foundation/Text.h"
 #include "interfaces/IField.h"
 #include "interfaces/IFields.h"
-#include "interfaces/INetworkVariable.h"
 #include "interfaces/IUnitConverter.h"
 #include "types/CSNVTType.h"
 #include "types/SnvtCatalogue.h"
