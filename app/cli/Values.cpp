@@ -15,10 +15,9 @@ namespace kolvane::cli {
 namespace {
 
 // A number as documents and users write it: "," or "." as decimal point.
-std::optional<double> NumberOf(std::string text) {
-  if (const size_t comma = text.find(','); comma != std::string::npos) text[comma] = '.';
+std::optional<double> NumberOf(const std::string& text) {
   try {
-    return ParseNumber(text);
+    return ParseEitherPoint(text);
   } catch (const Error&) {
     return std::nullopt;
   }

@@ -114,6 +114,12 @@ std::string NumberText(std::string_view text, char decimal_point) {
   return number;
 }
 
+double ParseEitherPoint(std::string_view text) {
+  std::string invariant(text);
+  if (const size_t comma = invariant.find(','); comma != std::string::npos) invariant[comma] = '.';
+  return ParseNumber(invariant);
+}
+
 double ParseNumber(std::string_view text, char decimal_point) {
   return ConvertNumber(NumberText(text, decimal_point));
 }

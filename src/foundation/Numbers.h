@@ -25,6 +25,9 @@ std::string NumberText(std::string_view text, char decimal_point = '.');
 // The whole text as a number with decimal_point as decimal point, surrounding blanks allowed.
 // Error 13 when the text is not a number, 6 when it is out of range.
 double ParseNumber(std::string_view text, char decimal_point = '.');
+// A number as documents and users write it, its first "," or else "." the decimal point; errors
+// as ParseNumber's.
+double ParseEitherPoint(std::string_view text);
 // Whether ParseNumber reads text without error.
 KOLVANE_API bool IsNumberText(std::string_view text, char decimal_point = '.');
 

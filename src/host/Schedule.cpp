@@ -328,7 +328,7 @@ std::optional<std::string> Schedule::CheckValue(const std::string& typed, std::s
   if (!unit.empty() && EndsWith(number, " " + unit)) number.resize(number.size() - unit.size() - 1);
   double shown = 0;
   try {
-    shown = ParseNumber(Invariant(number));
+    shown = ParseEitherPoint(number);
   } catch (const Error&) {
     error = "\"" + typed + "\" is not a number";
     return std::nullopt;
@@ -338,11 +338,11 @@ std::optional<std::string> Schedule::CheckValue(const std::string& typed, std::s
     return converter->ToDisplayUnits(value_type_, SNVTDataConversion::LocalizeNumber(text));
   };
   const auto with_unit = [&](const std::string& text) { return unit.empty() ? text : text + " " + unit; };
-  if (!type->ISNVType_Min().empty() && shown < ParseNumber(Invariant(limit(type->ISNVType_Min())))) {
+  if (!type->ISNVType_Min().empty() && shown < ParseEitherPoint(limit(type->ISNVType_Min()))) {
     error = "The value is less than " + with_unit(limit(type->ISNVType_Min()));
     return std::nullopt;
   }
-  if (!type->ISNVType_Max().empty() && shown > ParseNumber(Invariant(limit(type->ISNVType_Max())))) {
+  if (!type->ISNVType_Max().empty() && shown > ParseEitherPoint(limit(type->ISNVType_Max()))) {
     error = "The value is greater than " + with_unit(limit(type->ISNVType_Max()));
     return std::nullopt;
   }

@@ -63,13 +63,6 @@ std::string Shown(const Item& item, const std::string& value) {
   return std::string(TrimBlanks(codec::NumberInDisplayUnits(*converter, TypeName(item), value)));
 }
 
-// A number text with "," or "." as decimal point, as the documents and users write it; error 13
-// when it is none.
-double ReadNumber(std::string text) {
-  if (const size_t comma = text.find(','); comma != std::string::npos) text[comma] = '.';
-  return ParseNumber(text);
-}
-
 // What a walk of a structure type's fields finds: the first type met again on its own path, and
 // the number of fields the type expands to (a type on the path counts none). Types walked once
 // are remembered, so a catalogue whose types multiply is walked in linear time.
@@ -146,7 +139,7 @@ void CheckRange(const Item& item, std::vector<Finding>& findings) {
   const std::string minimum = item.type->ISNVType_Min();
   const std::string maximum = item.type->ISNVType_Max();
   try {
-    const double number = ReadNumber(value);
+    const double number = ParseEitherPoint(value);
     if (!minimum.empty() && number < ParseNumber(minimum)) {
       findings.push_back({"value-below-minimum", true, item.path,
                           "value " + Shown(item, value) + " is below the minimum " +
@@ -168,7 +161,7 @@ void CheckLimits(const Item& item, std::vector<Finding>& findings) {
   const auto number = [](const std::string& text) -> std::optional<double> {
     if (text.empty()) return std::nullopt;
     try {
-      return ReadNumber(text);
+      return ParseEitherPoint(text);
     } catch (const Error&) {
       return std::nullopt;
     }

@@ -166,6 +166,15 @@ TEST(NumbersTest, ParseNumberWantsTheWholeText) {
   EXPECT_EQ(ErrorNumberOf([] { ParseNumber("1e999"); }), 6);
 }
 
+// The first comma is the decimal point when there is one; a second separator is no number.
+TEST(NumbersTest, ParseEitherPointTakesACommaOrAPoint) {
+  EXPECT_EQ(ParseEitherPoint("21,5"), 21.5);
+  EXPECT_EQ(ParseEitherPoint(" -0.25 "), -0.25);
+  for (const char* bad : {"1,2,3", "1,2.5", "", "abc"}) {
+    EXPECT_EQ(ErrorNumberOf([&] { ParseEitherPoint(bad); }), 13) << bad;
+  }
+}
+
 TEST(NumbersTest, RoundingIsToNearestEvenWithExactLimits) {
   const std::pair<double, int> cases[] = {{2.5, 2}, {3.5, 4},  {-2.5, -2}, {-3.5, -4}, {0.5, 0},
                                           {1.5, 2}, {-0.5, 0}, {2.49, 2},  {2.51, 3},  {-1.6, -2}};
